@@ -1,0 +1,32 @@
+# libqtrace.so and libqtrace.a from the same objects.
+find_package(Threads REQUIRED)
+
+add_library(qtrace_objects OBJECT ${sources})
+target_include_directories(qtrace_objects PUBLIC ${PROJECT_SOURCE_DIR})
+target_compile_definitions(qtrace_objects PRIVATE QTRACE_BUILDING)
+target_link_libraries(qtrace_objects PRIVATE qtrace_options)
+
+# jemalloc exports malloc too. Listed behind the C library it serves the point lists only:
+# the host's own malloc stays the C library's.
+set(qtrace_link_libraries Threads::Threads)
+if(QTRACE_JEMALLOC)
+  find_path(QTRACE_JEMALLOC_INCLUDE jemalloc/jemalloc.h REQUIRED)
+  find_library(QTRACE_JEMALLOC_LIBRARY jemalloc REQUIRED)
+  target_include_directories(qtrace_objects SYSTEM PRIVATE ${QTRACE_JEMALLOC_INCLUDE})
+  target_compile_definitions(qtrace_objects PRIVATE QTRACE_JEMALLOC)
+  list(APPEND qtrace_link_libraries stdc++ m c ${QTRACE_JEMALLOC_LIBRARY})
+endif()
+find_path(QTRACE_RAPIDXML_INCLUDE rapidxml/rapidxml.hpp REQUIRED)
+target_include_directories(qtrace_objects SYSTEM PRIVATE ${QTRACE_RAPIDXML_INCLUDE})
+
+add_library(qtrace SHARED $<TARGET_OBJECTS:qtrace_objects>)
+target_link_libraries(qtrace PRIVATE qtrace_options ${qtrace_link_libraries})
+
+add_library(qtrace_static STATIC $<TARGET_OBJECTS:qtrace_objects>)
+set_target_properties(qtrace_static PROPERTIES OUTPUT_NAME qtrace)
+target_link_libraries(qtrace_static PUBLIC ${qtrace_link_libraries})
+
+foreach(library qtrace qtrace_static)
+  target_include_directories(${library} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+endforeach()
+set_target_properties(qtrace PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})

@@ -1,0 +1,64 @@
+#include "tests/support/device.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+
+#include "platform/device.h"
+
+namespace fs = std::filesystem;
+
+TemporaryFolder::TemporaryFolder() {
+    std::string pattern = (fs::temp_directory_path() / "qtrace-test-XXXXXX").string();
+    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder can be made");
+    m_path = pattern;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(m_path, ignored);
+}
+
+DeviceTest::DeviceTest() {
+    fs::create_directory(m_root.Path() / "App");
+    SetDeviceRoot(m_root.Path().string());
+    SetProgramFolder(L"\\App");
+    SetAnsiCodePage(936);
+}
+
+DeviceTest::~DeviceTest() {
+    SetDeviceRoot("");
+    SetProgramFolder(L"");
+    SetStorageCardRoot(L"\\SDMMC");
+    SetAnsiCodePage(936);
+}
+
+fs::path DeviceTest::OnDisk(const std::string& devicePath) const {
+    std::string relative = devicePath;
+    std::replace(relative.begin(), relative.end(), '\\', '/');
+    relative.erase(0, relative.find_first_not_of('/'));
+    return m_root.Path() / relative;
+}
+
+std::string DeviceTest::BytesOf(const std::string& devicePath) const { return ReadFile(OnDisk(devicePath)); }
+
+void DeviceTest::Write(const std::string& devicePath, const std::string& bytes) const {
+    fs::create_directories(OnDisk(devicePath).parent_path());
+    WriteFile(OnDisk(devicePath), bytes);
+}
+
+bool DeviceTest::Exists(const std::string& devicePath) const { return fs::exists(OnDisk(devicePath)); }
+
+std::string ReadFile(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) throw std::runtime_error("cannot read " + file.string());
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+void WriteFile(const fs::path& file, const std::string& bytes) {
+    std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
+}
