@@ -14,8 +14,8 @@ using FileTime = std::uint64_t;
 void GetSystemTime(SYSTEMTIME* now);
 void GetLocalTime(SYSTEMTIME* now);
 
-// The calendar record as a file time; the day of week is ignored. False, with *ticks untouched, for a year below 1601
-// or above 30827, a month, day, hour, minute, second or millisecond that does not exist.
+// The calendar record as a file time; the day of week is ignored. False, with *ticks untouched, for a year
+// below 1601 or above 30827, a month, day, hour, minute, second or millisecond that does not exist.
 bool SystemTimeToFileTime(const SYSTEMTIME* calendar, FileTime* ticks);
 
 // Fills all eight fields. False, with the record untouched, from 2^63 on.

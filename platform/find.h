@@ -18,10 +18,10 @@ struct FindData {
     wchar_t name[260];       // without folder, zero-terminated
 };
 
-// Starts a search; the last component may hold * and ?, and is matched ignoring letter case. Fills the first entry and
-// returns a handle for FindNextFileW and FindClose. Entries come in name order. A path without wildcards finds the file
-// or folder itself. kInvalidHandle, with the record untouched, when nothing matches, also for the root, a path with a
-// trailing backslash, and wildcards in an earlier component.
+// Starts a search; the last component may hold * and ?, and is matched ignoring letter case. Fills the first
+// entry and returns a handle for FindNextFileW and FindClose. Entries come in name order. A path without
+// wildcards finds the file or folder itself. kInvalidHandle, with the record untouched, when nothing matches,
+// also for the root, a path with a trailing backslash, and wildcards in an earlier component.
 Handle FindFirstFileW(const wchar_t* pattern, FindData* entry);
 
 // The next entry; false, with the record untouched, after the last.

@@ -1,5 +1,6 @@
-// The one place that knows which jemalloc is installed. Debian's is built without the je_ prefix, so its entry points
-// that exist under no other allocator's name are used; other builds, and sanitizers, take the system's allocator.
+// The one place that knows which jemalloc is installed. Debian's is built without the je_ prefix, so its entry
+// points that exist under no other allocator's name are used; other builds, and sanitizers, take the system's
+// allocator.
 #include "util/je_allocator.h"
 
 #if defined(QTRACE_JEMALLOC)

@@ -9,7 +9,8 @@
 
 // Where the memory comes from. Any thread; nothing is thrown here.
 struct QTRACE_API je_memory {
-    // A block of at least `bytes` bytes, aligned for every fundamental type; null when there is none or `bytes` is 0.
+    // A block of at least `bytes` bytes, aligned for every fundamental type; null when there is none or `bytes`
+    // is 0.
     static void* Allocate(std::size_t bytes) noexcept;
     // Takes back a block that Allocate gave; null is allowed.
     static void Free(void* block) noexcept;

@@ -20,7 +20,8 @@ class TemporaryFolder {
     std::filesystem::path m_path;
 };
 
-// Makes a fresh folder the device's root, with the program in \App, and code page 936; restores the defaults at the end.
+// Makes a fresh folder the device's root, with the program in \App, and code page 936; restores the defaults at
+// the end.
 class DeviceTest : public ::testing::Test {
  protected:
     DeviceTest();

@@ -1,4 +1,5 @@
-// Real recordings kept beside the project, not in it. A test that uses one copies it first and skips where it is missing:
+// Real recordings kept beside the project, not in it. A test that uses one copies it first and skips where it
+// is missing:
 //     const auto file = RecordedFile("nmea", "drive-sierra-nevada.nmea");
 //     if (!file) GTEST_SKIP() << "no recorded data here";
 #pragma once
