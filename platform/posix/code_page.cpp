@@ -1,0 +1,109 @@
+// UTF-8 is our own (platform/posix/utf.h); the other pages are tables (platform/posix/code_page_table.h).
+#include "platform/code_page.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstring>
+#include <cwchar>
+
+#include "platform/device_state.h"
+#include "platform/posix/code_page_table.h"
+#include "platform/posix/utf.h"
+
+namespace platform {
+
+namespace {
+
+// The destination of a conversion: it takes whole characters while there is room, or with no room at all only
+// counts.
+template <class Unit>
+class Destination {
+ public:
+    Destination(Unit* start, int size) : m_start(start), m_size(size) {}
+
+    // False when the character does not fit any more.
+    template <int Capacity>
+    bool Put(const Units<Unit, Capacity>& character) {
+        if (m_size > 0) {
+            if (character.count > m_size - m_count) return false;
+            std::copy_n(character.values, character.count, m_start + m_count);
+        }
+        m_count += character.count;
+        return true;
+    }
+
+    int Count() const { return m_count <= INT_MAX ? static_cast<int>(m_count) : 0; }
+
+ private:
+    Unit* m_start;
+    long long m_size;
+    long long m_count = 0;
+};
+
+template <class In, class Out>
+bool CanConvert(const In* source, int length, const Out* destination, int size) {
+    return source != nullptr && length != 0 && size >= 0 && (size == 0 || destination != nullptr);
+}
+
+unsigned Resolved(unsigned codePage) { return codePage == kAnsiCodePage ? AnsiCodePage() : codePage; }
+
+int WideFromUtf8(const char* at, const char* end, Destination<wchar_t> wide) {
+    while (at < end)
+        if (!wide.Put(WriteUtf16(ReadUtf8(at, end)))) return 0;
+    return wide.Count();
+}
+
+int Utf8FromWide(const wchar_t* at, const wchar_t* end, Destination<char> bytes) {
+    while (at < end)
+        if (!bytes.Put(WriteUtf8(ReadUtf16(at, end)))) return 0;
+    return bytes.Count();
+}
+
+// A lead byte takes whatever follows it; at the end of the text it stands for no character.
+wchar_t ReadUnit(const CodePageTable& table, const char*& at, const char* end) {
+    const auto first = static_cast<unsigned char>(*at++);
+    if (!table.isLead[first]) return table.units[first];
+    if (at == end) return L'?';
+    return table.units[static_cast<unsigned>(first << 8 | static_cast<unsigned char>(*at++))];
+}
+
+Units<char, 2> WriteCode(const CodePageTable& table, wchar_t unit) {
+    const auto index = static_cast<unsigned>(unit);
+    const unsigned code = index < table.codes.size() ? table.codes[index] : '?';
+    if (code < 0x100) return {{static_cast<char>(code)}, 1};
+    return {{static_cast<char>(code >> 8), static_cast<char>(code)}, 2};
+}
+
+int WideFromTable(const CodePageTable& table, const char* at, const char* end, Destination<wchar_t> wide) {
+    while (at < end)
+        if (!wide.Put(Units<wchar_t, 1>{{ReadUnit(table, at, end)}, 1})) return 0;
+    return wide.Count();
+}
+
+int TableFromWide(const CodePageTable& table, const wchar_t* at, const wchar_t* end, Destination<char> bytes) {
+    while (at < end)
+        if (!bytes.Put(WriteCode(table, *at++))) return 0;
+    return bytes.Count();
+}
+
+}  // namespace
+
+int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar_t* destination, int size) {
+    if (!CanConvert(source, length, destination, size)) return 0;
+    const char* end = source + (length < 0 ? std::strlen(source) + 1 : static_cast<std::size_t>(length));
+    const unsigned page = Resolved(codePage);
+    if (page == kUtf8CodePage) return WideFromUtf8(source, end, {destination, size});
+    const CodePageTable* table = FindCodePageTable(page);
+    return table == nullptr ? 0 : WideFromTable(*table, source, end, {destination, size});
+}
+
+int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, char* destination, int size) {
+    if (!CanConvert(source, length, destination, size)) return 0;
+    const wchar_t* end = source + (length < 0 ? std::wcslen(source) + 1 : static_cast<std::size_t>(length));
+    const unsigned page = Resolved(codePage);
+    if (page == kUtf8CodePage) return Utf8FromWide(source, end, {destination, size});
+    const CodePageTable* table = FindCodePageTable(page);
+    return table == nullptr ? 0 : TableFromWide(*table, source, end, {destination, size});
+}
+
+}  // namespace platform

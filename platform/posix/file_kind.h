@@ -1,0 +1,14 @@
+// What a file's status says about it.
+#pragma once
+
+#include <sys/stat.h>
+
+namespace platform {
+
+// The read-only attribute of a device's file: nobody may write it. Said of the file, not of who asks: the
+// superuser, whom rights do not hold back, does not write or delete such a file either.
+inline bool IsReadOnly(const struct stat& status) {
+    return (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0;
+}
+
+}  // namespace platform

@@ -1,0 +1,114 @@
+// A file's whole content exchanged in one step, and files in the system's temporary folder.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <optional>
+#include <tuple>
+
+#include "platform/file.h"
+#include "platform/posix/descriptor.h"
+#include "platform/posix/file_kind.h"
+#include "platform/posix/host_path.h"
+
+namespace platform {
+
+namespace {
+
+// The file that is to get the content: what a link leads to, not the link.
+struct Target {
+    std::string path;
+    std::string folder;
+    std::optional<struct stat> existing;
+};
+
+std::optional<Target> FindTarget(const wchar_t* path) {
+    const auto file = FindFileOnHost(path);
+    if (!file) return std::nullopt;
+    Target target{file->Text(), file->folder, std::nullopt};
+    struct stat status;
+    if (!file->exists) return target;
+    char* real = ::realpath(target.path.c_str(), nullptr);
+    if (real == nullptr) return std::nullopt;
+    target.path = real;
+    std::free(real);
+    target.folder = target.path.substr(0, target.path.rfind('/'));
+    if (::stat(target.path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || IsReadOnly(status))
+        return std::nullopt;
+    target.existing = status;
+    return target;
+}
+
+// The owner and rights of the file that is replaced, as far as process and file system can give them; content
+// is not lost for the sake of rights. A change of owner takes the set-id bits away: so it comes first.
+void TakeOver(const struct stat& existing, int descriptor) {
+    constexpr auto kSameUser = static_cast<uid_t>(-1);
+    if (::fchown(descriptor, existing.st_uid, existing.st_gid) != 0)
+        std::ignore = ::fchown(descriptor, kSameUser, existing.st_gid);
+    std::ignore = ::fchmod(descriptor, existing.st_mode & 07777);
+}
+
+bool Fill(Descriptor& file, const Target& target, const std::string& bytes) {
+    if (target.existing) TakeOver(*target.existing, file.Get());
+    return WriteAll(file.Get(), bytes) && Commit(file.Get()) && file.Close();
+}
+
+// Room first, then content: on a full storage the old content is still whole.
+bool WriteDirectly(const Target& target, const std::string& bytes) {
+    Descriptor file(::open(target.path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666));
+    const auto size = static_cast<off_t>(bytes.size());
+    if (!file.IsOpen()) return false;
+    if (target.existing && size > target.existing->st_size && ::posix_fallocate(file.Get(), 0, size) != 0) {
+        std::ignore = ::ftruncate(file.Get(), target.existing->st_size);
+        return false;
+    }
+    return WriteAll(file.Get(), bytes) && ::ftruncate(file.Get(), size) == 0 && Commit(file.Get()) &&
+           file.Close();
+}
+
+// Errors of a folder, or of a file mounted by itself, that say nothing about writing the file.
+bool IsFolderClosed(int error) { return error == EACCES || error == EPERM || error == EROFS || error == EBUSY; }
+
+std::string TemporaryFolder() {
+    const char* folder = std::getenv("TMPDIR");
+    return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
+}
+
+}  // namespace
+
+bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
+    const auto target = FindTarget(path);
+    if (!target) return false;
+    std::string besidePath;
+    Descriptor beside = MakeUniqueFile(target->folder, target->existing ? 0600 : 0666, besidePath);
+    if (!beside.IsOpen()) return IsFolderClosed(errno) && WriteDirectly(*target, bytes);
+    const bool isFilled = Fill(beside, *target, bytes);
+    if (isFilled && ::rename(besidePath.c_str(), target->path.c_str()) == 0) {
+        CommitFolder(target->folder);
+        return true;
+    }
+    const bool isWorthWriting = isFilled && IsFolderClosed(errno);
+    ::unlink(besidePath.c_str());
+    return isWorthWriting && WriteDirectly(*target, bytes);
+}
+
+std::FILE* CreateTemporaryFile(std::string& path) {
+    std::string pattern = TemporaryFolder() + "/qtrace-XXXXXX";
+    Descriptor made(::mkostemp(pattern.data(), O_CLOEXEC));
+    std::FILE* stream = made.IsOpen() ? ::fdopen(made.Get(), "wb+") : nullptr;
+    if (stream != nullptr) {
+        made.Release();
+        path = pattern;
+    } else if (made.IsOpen()) {
+        ::unlink(pattern.c_str());
+    }
+    return stream;
+}
+
+std::FILE* OpenTemporaryFile(const std::string& path) { return std::fopen(path.c_str(), "rbe"); }
+
+bool DeleteTemporaryFile(const std::string& path) { return ::unlink(path.c_str()) == 0; }
+
+}  // namespace platform
