@@ -106,4 +106,10 @@ int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, ch
     return table == nullptr ? 0 : TableFromWide(*table, source, end, {destination, size});
 }
 
+bool IsDBCSLeadByte(unsigned char byte) {
+    const unsigned page = AnsiCodePage();
+    const CodePageTable* table = page == kUtf8CodePage ? nullptr : FindCodePageTable(page);
+    return table != nullptr && table->isLead[byte];
+}
+
 }  // namespace platform
