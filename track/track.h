@@ -123,7 +123,9 @@ class QTRACE_API CTrack : public ITrack {
     static double CalTwoPointLength(const TckPt& a, const TckPt& b);   // [m]
     static double CalTwoPointChaChen(const TckPt& a, const TckPt& b);  // cross product [deg^2]
     double CalArea(const TckPt& newPt) const;  // signed area once newPt is appended [m^2]
-    void ForgetDeletedPoint(const TckPt& deleted, std::size_t index, std::size_t tail);
+    class Remaining;                           // the points but for a run of deleted ones
+    void MendLength(const TckPt& deleted, std::size_t index, const Remaining& left);
+    void MendArea(const TckPt& deleted, std::size_t index, const Remaining& left);
     void RefreshTimes();
 
     bool m_bSaveSus = false;
