@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <list>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -126,6 +127,8 @@ class QTRACE_API CTrackMan {
 
     bool StartLoadDataToMapThread();
     static unsigned long LoadThread(void* manager);
+    void EndLoad();
+    bool AdmitTrack(const ScanRecord& record, int& visible);
     void RefreshStorage(char* folder, int maxLength);
     void LoadTrack();
 
@@ -135,12 +138,13 @@ class QTRACE_API CTrackMan {
     std::list<ScanRecord> m_lstScan;
     ITrackSaveStragy* m_pStragy = nullptr;  // owned; null while not recording
     void (*m_pPointCallback)(const TckPt&) = nullptr;
-    void (*m_pLoadCallback)() = nullptr;
+    std::atomic<void (*)()> m_pLoadCallback{nullptr};
     void (*m_pSingleTrackCallback)(CTrackProxy*) = nullptr;
     bool (*m_pSpaceCallback)(bool) = nullptr;
     bool m_bInUse = false;
     int m_iReserved = 0;
-    std::atomic<std::intptr_t> m_hLoadThread{-1};  // -1 = none
+    std::mutex m_loadMutex;            // taken to start, stop and end a load
+    std::intptr_t m_hLoadThread = -1;  // -1 = none
     std::atomic<bool> m_bLoading{true};
 
     static CTrackMan* m_pInstance;
