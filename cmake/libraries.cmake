@@ -6,14 +6,15 @@ target_include_directories(qtrace_objects PUBLIC ${PROJECT_SOURCE_DIR})
 target_compile_definitions(qtrace_objects PRIVATE QTRACE_BUILDING)
 target_link_libraries(qtrace_objects PRIVATE qtrace_options)
 
-# jemalloc exports malloc too. The C library is named in front of it, so that the host's own malloc stays the C
-# library's and jemalloc serves the point lists only; the compiler driver would move a plain -lc to the end.
+# jemalloc exports malloc and operator new too. The C and C++ libraries are named in front of it, so that the host's own
+# memory stays theirs and jemalloc serves the point lists only; the compiler driver would move plain -lstdc++ and -lc to
+# the end.
 set(qtrace_link_libraries Threads::Threads)
 if(QTRACE_JEMALLOC)
   find_path(QTRACE_JEMALLOC_INCLUDE jemalloc/jemalloc.h REQUIRED)
   target_include_directories(qtrace_objects SYSTEM PRIVATE ${QTRACE_JEMALLOC_INCLUDE})
   target_compile_definitions(qtrace_objects PRIVATE QTRACE_JEMALLOC)
-  list(APPEND qtrace_link_libraries -Wl,-lc jemalloc)
+  list(APPEND qtrace_link_libraries -Wl,-lstdc++ -Wl,-lc jemalloc)
 endif()
 find_path(QTRACE_RAPIDXML_INCLUDE rapidxml/rapidxml.hpp REQUIRED)
 target_include_directories(qtrace_objects SYSTEM PRIVATE ${QTRACE_RAPIDXML_INCLUDE})
