@@ -1,0 +1,299 @@
+#include "util/numbers.h"
+
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <locale>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+std::string Written(double value) {
+    char text[numbers::kRealRoom];
+    return {text, numbers::WriteReal(value, text)};
+}
+
+std::string Written(std::int32_t value) {
+    char text[numbers::kIntegerRoom];
+    return {text, numbers::WriteInteger(value, text)};
+}
+
+std::string Printed(double value) {
+    char text[numbers::kRealRoom + 1];
+    std::snprintf(text, sizeof text, "%f", value);
+    return text;
+}
+
+std::uint64_t Bits(double value) {
+    std::uint64_t bits;
+    std::memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+
+// The C library reads the same text; its process locale is the C locale unless a test changes it.
+::testing::AssertionResult ReadsAsAtof(const std::string& text) {
+    const double ours = numbers::ParseReal(text);
+    const double expected = std::atof(text.c_str());
+    if (std::isnan(expected) ? std::isnan(ours) && std::signbit(ours) == std::signbit(expected)
+                             : Bits(ours) == Bits(expected))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << '"' << text << "\": " << ours << ", not " << expected;
+}
+
+std::string RandomText(std::mt19937_64& random, const std::string& alphabet, std::size_t longest) {
+    std::string text(random() % (longest + 1), ' ');
+    for (char& c : text) c = alphabet[random() % alphabet.size()];
+    return text;
+}
+
+}  // namespace
+
+TEST(ParseInteger, DigitsAndSign_AreRead) {
+    EXPECT_EQ(numbers::ParseInteger("0"), 0);
+    EXPECT_EQ(numbers::ParseInteger("012"), 12);
+    EXPECT_EQ(numbers::ParseInteger("-16776961"), -16776961);
+    EXPECT_EQ(numbers::ParseInteger("+7"), 7);
+}
+
+TEST(ParseInteger, LeadingBlanks_AreSkipped) { EXPECT_EQ(numbers::ParseInteger(" \t\n\v\f\r-5"), -5); }
+
+TEST(ParseInteger, AnythingElse_EndsTheNumber) {
+    EXPECT_EQ(numbers::ParseInteger("56Z"), 56);
+    EXPECT_EQ(numbers::ParseInteger("56.250"), 56);
+    EXPECT_EQ(numbers::ParseInteger("0x10"), 0);
+    EXPECT_EQ(numbers::ParseInteger(std::string_view("1\0002", 3)), 1);
+}
+
+TEST(ParseInteger, NoDigit_IsZero) {
+    for (const char* text : {"", "-", "+", "- 5", "--5", "+-5", "abc", "\u00e9"})
+        EXPECT_EQ(numbers::ParseInteger(text), 0) << text;
+}
+
+TEST(ParseInteger, Beyond32Bits_KeepsTheLow32) {
+    EXPECT_EQ(numbers::ParseInteger("4278190335"), -16776961);
+    EXPECT_EQ(numbers::ParseInteger("2147483648"), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(numbers::ParseInteger("4294967296"), 0);
+}
+
+TEST(ParseInteger, Beyond64Bits_IsTheNearestWith64) {
+    EXPECT_EQ(numbers::ParseInteger("9223372036854775807"), -1);
+    EXPECT_EQ(numbers::ParseInteger("9223372036854775808"), -1);
+    EXPECT_EQ(numbers::ParseInteger("99999999999999999999999"), -1);
+    EXPECT_EQ(numbers::ParseInteger("-9223372036854775808"), 0);
+    EXPECT_EQ(numbers::ParseInteger("-99999999999999999999999"), 0);
+}
+
+TEST(ParseReal, Decimals_AreTheNearestDouble) {
+    EXPECT_EQ(numbers::ParseReal("47.123456"), 47.123456);
+    EXPECT_EQ(numbers::ParseReal("-0.1"), -0.1);
+    EXPECT_EQ(numbers::ParseReal(".5"), 0.5);
+    EXPECT_EQ(numbers::ParseReal("5."), 5.0);
+    EXPECT_EQ(numbers::ParseReal("1e3"), 1000.0);
+    EXPECT_EQ(numbers::ParseReal("12345678901234567890.123"), 12345678901234567890.123);
+}
+
+TEST(ParseReal, NegativeZero_KeepsItsSign) { EXPECT_TRUE(std::signbit(numbers::ParseReal("-0"))); }
+
+TEST(ParseReal, NoNumber_IsZero) {
+    for (const char* text : {"", " ", ".", "-", "+", "e5", ".e5", "abc", "- 1", "+-1", "--1", "-+1"})
+        EXPECT_EQ(Bits(numbers::ParseReal(text)), Bits(0.0)) << text;
+}
+
+TEST(ParseReal, AnythingElse_EndsTheNumber) {
+    EXPECT_EQ(numbers::ParseReal("1.5m"), 1.5);
+    EXPECT_EQ(numbers::ParseReal("1,5"), 1.0);
+    EXPECT_EQ(numbers::ParseReal("1.5.7"), 1.5);
+    EXPECT_EQ(numbers::ParseReal("2e"), 2.0);
+    EXPECT_EQ(numbers::ParseReal("2e+x"), 2.0);
+    EXPECT_EQ(numbers::ParseReal(std::string_view("1\0002", 3)), 1.0);
+}
+
+TEST(ParseReal, OutOfRange_IsInfinityOrZero) {
+    EXPECT_EQ(numbers::ParseReal("1e400"), kInfinity);
+    EXPECT_EQ(numbers::ParseReal("-1e99999999999999999999"), -kInfinity);
+    EXPECT_EQ(numbers::ParseReal("1e-400"), 0.0);
+    EXPECT_TRUE(std::signbit(numbers::ParseReal("-1e-99999999999999999999")));
+    EXPECT_EQ(numbers::ParseReal(std::string(400, '9')), kInfinity);
+    EXPECT_EQ(numbers::ParseReal("0." + std::string(400, '0') + "1"), 0.0);
+    EXPECT_EQ(numbers::ParseReal("0x1p5000"), kInfinity);
+    EXPECT_EQ(numbers::ParseReal("0x1p-5000"), 0.0);
+}
+
+TEST(ParseReal, EveryForm_ReadsAsTheCLibraryReadsIt) {
+    for (const char* text : {"0",
+                             "-0",
+                             "1",
+                             "007",
+                             "1.25",
+                             "+1.25",
+                             " \t\n\v\f\r1",
+                             "1e5",
+                             "1E+5",
+                             "1e-5",
+                             "1.e2",
+                             "inf",
+                             "-INF",
+                             "Infinity",
+                             "infinit",
+                             "nan",
+                             "-nan",
+                             "NaN(12)",
+                             "nan(",
+                             "0x10",
+                             "0X1.8p1",
+                             "0x",
+                             "0xg",
+                             "0x.8",
+                             "0x.",
+                             "0xinf",
+                             "0x-1",
+                             "0xnan",
+                             "0x1p",
+                             "0x1p+",
+                             "-0x1p-3",
+                             "4.9e-324",
+                             "2e-324",
+                             "2.5e-324",
+                             "1e-310",
+                             "0x1p-1074",
+                             "0x1p-1075",
+                             "0x1.8p-1075",
+                             "1.7976931348623157e308",
+                             "1.7976931348623159e308",
+                             "9007199254740993",
+                             "123456789012345",
+                             "1234567890123456",
+                             "0.000000000000001",
+                             "0000000000000000000001.5",
+                             "1 2"})
+        EXPECT_TRUE(ReadsAsAtof(text));
+}
+
+TEST(ParseReal, RandomDecimals_ReadAsTheCLibraryReadsThem) {
+    std::mt19937_64 random(20010909);
+    for (int i = 0; i < 200000; ++i) {
+        std::string text = RandomText(random, "0123456789", 12);
+        if (random() % 4 != 0) text += "." + RandomText(random, "0123456789", 12);
+        if (random() % 8 == 0) text += "e" + std::to_string(static_cast<int>(random() % 700) - 350);
+        ASSERT_TRUE(ReadsAsAtof(text));
+    }
+}
+
+TEST(ParseReal, RandomTexts_ReadAsTheCLibraryReadsThem) {
+    std::mt19937_64 random(19700101);
+    for (int i = 0; i < 200000; ++i) ASSERT_TRUE(ReadsAsAtof(RandomText(random, "0019..eE+-xXpPafinN( ", 9)));
+}
+
+TEST(WriteInteger, EveryInteger_IsWrittenInFull) {
+    EXPECT_EQ(Written(0), "0");
+    EXPECT_EQ(Written(-16776961), "-16776961");
+    EXPECT_EQ(Written(std::numeric_limits<std::int32_t>::min()), "-2147483648");
+    EXPECT_EQ(Written(std::numeric_limits<std::int32_t>::max()), "2147483647");
+}
+
+TEST(WriteReal, SixDecimals_AreWritten) {
+    EXPECT_EQ(Written(1234.5), "1234.500000");
+    EXPECT_EQ(Written(-0.5), "-0.500000");
+    EXPECT_EQ(Written(0.0), "0.000000");
+    EXPECT_EQ(Written(-0.0), "-0.000000");
+    EXPECT_EQ(Written(0.9999999), "1.000000");
+    EXPECT_EQ(Written(-0.0000001), "-0.000000");
+}
+
+TEST(WriteReal, NoNumber_IsWrittenAsAWord) {
+    EXPECT_EQ(Written(kInfinity), "inf");
+    EXPECT_EQ(Written(-kInfinity), "-inf");
+    EXPECT_EQ(Written(std::numeric_limits<double>::quiet_NaN()), "nan");
+    EXPECT_EQ(Written(-std::numeric_limits<double>::quiet_NaN()), "-nan");
+}
+
+// 0.5 + 2^-7 millionths and the like: the exact value lies on a half, or a hair beside it.
+TEST(WriteReal, HalfAMillionth_GoesToTheEvenDigit) {
+    for (const double value :
+         {0.0000005, 0.0000015, 0.5 / 64 / 15625, 1.5 / 64, 0.0078125, 0.0234375, 0.00390625, 12.0078125,
+          12.0234375, 999999999.0078125, 0.0000014999999999999999}) {
+        EXPECT_EQ(Written(value), Printed(value));
+        EXPECT_EQ(Written(-value), Printed(-value));
+        EXPECT_EQ(Written(std::nextafter(value, 1)), Printed(std::nextafter(value, 1)));
+        EXPECT_EQ(Written(std::nextafter(value, 0)), Printed(std::nextafter(value, 0)));
+    }
+}
+
+TEST(WriteReal, EveryMagnitude_IsWrittenAsPrintfWritesIt) {
+    for (const double value :
+         {1e9, 999999999.9999999, 999999999.99999988, 1e15, 9007199254740993.0, 1e22, 1e300,
+          std::numeric_limits<double>::max(), std::numeric_limits<double>::denorm_min()})
+        EXPECT_EQ(Written(value), Printed(value));
+}
+
+TEST(WriteReal, RandomBits_AreWrittenAsPrintfWritesThem) {
+    std::mt19937_64 random(5551212);
+    for (int i = 0; i < 200000; ++i) {
+        const std::uint64_t bits = random();
+        double value;
+        std::memcpy(&value, &bits, sizeof value);
+        ASSERT_EQ(Written(value), Printed(value)) << bits;
+    }
+}
+
+TEST(WriteReal, RandomPositions_AreWrittenAsPrintfWritesThem) {
+    std::mt19937_64 random(4711);
+    std::uniform_real_distribution<double> degrees(-180, 180);
+    std::uniform_int_distribution<int> exponent(-30, 30);
+    for (int i = 0; i < 200000; ++i) {
+        const double value = std::ldexp(degrees(random), exponent(random));
+        ASSERT_EQ(Written(value), Printed(value));
+    }
+}
+
+// Multiples of 2^-7 are the coarsest whose millionths are halves.
+TEST(WriteReal, ExactHalves_AreWrittenAsPrintfWritesThem) {
+    for (int i = 0; i < 200000; ++i) ASSERT_EQ(Written(i / 128.0), Printed(i / 128.0));
+}
+
+TEST(WriteReal, NumberReadBack_IsWithinHalfAMillionth) {
+    std::mt19937_64 random(8);
+    std::uniform_real_distribution<double> degrees(-180, 180);
+    for (int i = 0; i < 1000; ++i) {
+        const double value = degrees(random);
+        EXPECT_NEAR(numbers::ParseReal(Written(value)), value, 0.5000001e-6);
+    }
+}
+
+namespace {
+
+// Decimal comma and grouping, as in German.
+class CommaPunctuation : public std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+}  // namespace
+
+TEST(Numbers, LocaleWithDecimalComma_ChangesNothing) {
+    const std::locale before = std::locale::global(std::locale(std::locale::classic(), new CommaPunctuation));
+    EXPECT_EQ(Written(1234567.25), "1234567.250000");
+    EXPECT_EQ(Written(12345678), "12345678");
+    EXPECT_EQ(numbers::ParseReal("1.5e0"), 1.5);
+    EXPECT_EQ(numbers::ParseReal("1,5"), 1.0);
+    std::locale::global(before);
+}
+
+TEST(Numbers, ProcessLocaleWithDecimalComma_ChangesNothing) {
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no German locale here";
+    EXPECT_EQ(Printed(0.5), "0,500000");
+    EXPECT_EQ(Written(1e12), "1000000000000.000000");
+    EXPECT_EQ(numbers::ParseReal("1.5e0"), 1.5);
+    EXPECT_EQ(numbers::ParseReal("1,5"), 1.0);
+    std::setlocale(LC_ALL, "C");
+}
