@@ -40,27 +40,6 @@ Searches& TheSearches() {
     return searches;
 }
 
-// * stands for any text, ? for one unit. Only the latest * ever has to be tried again, with one more unit each
-// time.
-bool Matches(std::wstring_view name, std::wstring_view pattern) {
-    std::size_t at = 0, in = 0, afterStar = std::wstring_view::npos, retry = 0;
-    while (at < name.size()) {
-        if (in < pattern.size() && pattern[in] == L'*') {
-            afterStar = ++in;
-            retry = at;
-        } else if (in < pattern.size() && (pattern[in] == L'?' || Capital(pattern[in]) == Capital(name[at]))) {
-            ++in;
-            ++at;
-        } else if (afterStar != std::wstring_view::npos) {
-            in = afterStar;
-            at = ++retry;
-        } else {
-            return false;
-        }
-    }
-    return pattern.find_first_not_of(L'*', in) == std::wstring_view::npos;
-}
-
 FileTime FileTimeOf(const timespec& time) {
     const std::int64_t seconds = time.tv_sec + kSecondsFrom1601To1970;
     return seconds < 0 ? 0 : static_cast<FileTime>(seconds * kTicksPerSecond + time.tv_nsec / 100);
@@ -84,33 +63,32 @@ bool Advance(Search& search, FindData* entry) {
     return false;
 }
 
-// The folder's matching entries in name order. Every name matches *.*, also one without a dot; the folder
-// itself and its parent are entries of these two patterns alone, and not of the root.
+// What the folder holds. The folder itself and its parent are entries of these two patterns alone, and not of
+// the root.
+std::optional<std::vector<Entry>> SearchableEntries(const HostPath& folder, const std::wstring& pattern) {
+    auto entries = EntriesOf(folder.IsRoot() ? folder.folder + '/' : folder.Text());
+    if (entries && !folder.IsRoot() && (pattern == L"*" || pattern == L"*.*"))
+        entries->insert(entries->end(), {{L".", "."}, {L"..", ".."}});
+    return entries;
+}
+
+// The folder's matching entries in name order.
 std::optional<Search> SearchFolder(DevicePath path) {
-    const std::wstring pattern = path.names.back() == L"*.*" ? L"*" : path.names.back();
+    const std::wstring pattern = path.names.back();
     path.names.pop_back();
     const auto folder = FindOnHost(path);
-    if (!folder || !folder->exists) return std::nullopt;
-    const std::string folderOnDisk = folder->IsRoot() ? folder->folder : folder->Text();
-    auto entries = EntriesOf(folderOnDisk + '/');
+    auto entries = folder ? SearchableEntries(*folder, pattern) : std::nullopt;
     if (!entries) return std::nullopt;
-    std::erase_if(*entries, [&](const Entry& entry) { return !Matches(entry.name, pattern); });
-    if (pattern == L"*" && !folder->IsRoot()) entries->insert(entries->end(), {{L".", "."}, {L"..", ".."}});
+    std::erase_if(*entries, [&](const Entry& entry) { return !MatchesPattern(entry.name, pattern, Capital); });
     std::sort(entries->begin(), entries->end(),
               [](const Entry& a, const Entry& b) { return LessIgnoringCase(a.name, b.name); });
-    return Search{folderOnDisk, std::move(*entries)};
+    return Search{folder->IsRoot() ? folder->folder : folder->Text(), std::move(*entries)};
 }
 
 std::optional<Search> SearchEntry(const DevicePath& path) {
     const auto entry = FindOnHost(path);
     if (!entry || !entry->exists) return std::nullopt;
     return Search{entry->folder, {{ToUtf16(entry->name), entry->name}}};
-}
-
-// Two separators in front name a computer of the network, and there is none.
-bool IsNetworkPath(const wchar_t* path) {
-    const auto isSeparator = [](wchar_t unit) { return unit == L'\\' || unit == L'/'; };
-    return isSeparator(path[0]) && isSeparator(path[1]);
 }
 
 std::optional<Search> MakeSearch(const wchar_t* pattern) {

@@ -15,28 +15,9 @@ namespace platform {
 
 namespace {
 
-bool IsSeparator(wchar_t unit) { return unit == L'\\' || unit == L'/'; }
-
 bool ExistsOnDisk(const std::string& path) {
     struct stat ignored;
     return lstat(path.c_str(), &ignored) == 0;
-}
-
-std::wstring WithoutDotsAndBlanksAtEnd(const std::wstring& name) {
-    return name.substr(0, name.find_last_not_of(L". ") + 1);
-}
-
-void Add(const std::wstring& name, bool isLast, DevicePath& path) {
-    if (name.empty() || name == L".") return;
-    if (name == L"..") {
-        if (!path.names.empty()) path.names.pop_back();
-        return;
-    }
-    const std::wstring kept = isLast ? WithoutDotsAndBlanksAtEnd(name) : name;
-    if (kept.empty())
-        path.endsInSeparator = true;
-    else
-        path.names.push_back(kept);
 }
 
 // What the device's file system takes in no name; a name on disk may hold them, a new one may not.
@@ -86,20 +67,6 @@ std::optional<std::string> FolderOnDisk(std::vector<std::wstring>::const_iterato
 
 }  // namespace
 
-std::optional<DevicePath> ParseDevicePath(const wchar_t* path) {
-    if (path == nullptr) return std::nullopt;
-    const std::wstring_view text(path, wcsnlen(path, kPathLimit));
-    if (text.empty() || text.size() >= kPathLimit) return std::nullopt;
-    DevicePath parsed{{}, IsSeparator(text.back())};
-    const std::size_t lastName = text.find_last_not_of(L"\\/");
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find_first_of(L"\\/", start), text.size());
-        Add(std::wstring(text.substr(start, end - start)), end > lastName, parsed);
-        start = end + 1;
-    }
-    return parsed;
-}
-
 std::optional<HostPath> FindOnHost(const DevicePath& path) {
     const auto& names = path.names;
     if (!std::all_of(names.begin(), names.end(), IsPossibleName)) return std::nullopt;
@@ -138,7 +105,5 @@ std::optional<std::vector<Entry>> EntriesOf(const std::string& folder) {
     }
     return entries;
 }
-
-bool HoldsWildcard(std::wstring_view name) { return name.find_first_of(L"*?") != std::wstring_view::npos; }
 
 }  // namespace platform

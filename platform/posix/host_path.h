@@ -1,28 +1,18 @@
-// From device paths to the files of this machine.
-//
-// A device path is UTF-16, at most 259 units, its names separated by backslashes or slashes, several of which
-// count as one. With or without a separator in front it starts at the device's root: a device has no current
-// folder. A name "." stays where it is and ".." drops the name before it, but never climbs above the root. Dots
-// and blanks at the end of the last name are dropped.
+// From device paths (platform/device_path.h) to the files of this machine.
 //
 // On disk names are UTF-8. Of entries that differ in letter case alone the one spelled as asked for counts,
 // otherwise the first in byte order. Entries that no device path can name (not UTF-8, or with a backslash,
-// wildcard, or dot or blank at the end) are passed over.
+// wildcard, or dot or blank at the end) are passed over. Links count as what they lead to, also outside of the
+// device's root.
 #pragma once
 
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "platform/device_path.h"
+
 namespace platform {
-
-inline constexpr std::size_t kPathLimit = 260;  // a path's units, terminator included
-
-struct DevicePath {
-    std::vector<std::wstring> names;
-    bool endsInSeparator;
-};
 
 // Where a device path leads on this machine.
 struct HostPath {
@@ -34,9 +24,6 @@ struct HostPath {
     std::string Text() const { return folder + '/' + name; }
     bool IsRoot() const { return name.empty(); }
 };
-
-// Nothing for a null, empty or overlong path.
-std::optional<DevicePath> ParseDevicePath(const wchar_t* path);
 
 // Nothing when a parent is missing, a name holds a wildcard, or the last one is new and no name for a file.
 std::optional<HostPath> FindOnHost(const DevicePath& path);
@@ -52,7 +39,5 @@ struct Entry {
     std::string nameOnDisk;
 };
 std::optional<std::vector<Entry>> EntriesOf(const std::string& folder);
-
-bool HoldsWildcard(std::wstring_view name);
 
 }  // namespace platform
