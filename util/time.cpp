@@ -1,11 +1,11 @@
 #include "util/time.h"
 
-#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 
 #include "platform/clock.h"
+#include "util/numbers.h"
 
 namespace {
 
@@ -22,16 +22,7 @@ bool TakeField(std::string_view& text, char separator, std::string_view& field) 
     return true;
 }
 
-// A number as atoi reads it, in 16 bits: blanks, a sign, digits up to the first other character.
-std::uint16_t ToField(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
-    if (start == std::string_view::npos) return 0;
-    text.remove_prefix(start);
-    if (text.front() == '+' && text.size() > 1 && text[1] != '-') text.remove_prefix(1);
-    int value = 0;
-    std::from_chars(text.data(), text.data() + text.size(), value);
-    return static_cast<std::uint16_t>(value);
-}
+std::uint16_t ToField(std::string_view text) { return static_cast<std::uint16_t>(numbers::ParseInteger(text)); }
 
 void ReadDate(std::string_view date, SYSTEMTIME& st) {
     std::string_view field;
