@@ -95,12 +95,12 @@ class QTRACE_API CTrackMangSet {
     std::int32_t m_iRecordTimeBrk;
     bool m_bTrackOverWriteMode;
     std::uint32_t m_uTrackDefaultColor;
-    char m_szSdExtTrackPath[kPathSize];
-    char m_szSdUserDataPath[kPathSize];
-    char m_szSdTmpTrackAutoSavePath[kPathSize];
+    char m_szSdExtTrackPath[kPathSize] = {};
+    char m_szSdUserDataPath[kPathSize] = {};
+    char m_szSdTmpTrackAutoSavePath[kPathSize] = {};
     char m_szNdExtTrackPath[kPathSize];
     char m_szNdUserDataPath[kPathSize];
-    char m_szNdTmpTrackAutoSavePath[kPathSize];
+    char m_szNdTmpTrackAutoSavePath[kPathSize] = {};
     bool m_bTrackRecordState;
     bool m_bTmpTkIsSaveInFull;
     std::int32_t m_iTmpTkStartPos;
