@@ -3,6 +3,7 @@
 // chosen points go: record/log_track.h.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -43,7 +44,7 @@ class CChosenPoints : public ITrackSaveStragy {
 // Chooses a fix every `interval` seconds.
 class CTrackTimeStragy : public CChosenPoints {
  public:
-    explicit CTrackTimeStragy(std::uint32_t interval);  // [s] not 0
+    explicit CTrackTimeStragy(std::uint32_t interval);  // [s] 0 chooses every fix
     int AddFixPt(const TckPt& fix) override;  // nonzero for every timely fix, also for those not chosen
 
  private:
@@ -64,12 +65,13 @@ class CRunStragy : public CChosenPoints {
     CRunStragy(double distanceBreak, std::size_t batchLimit);
     virtual bool IsRunComplete(const TckPt& fix) const = 0;
 
-    std::vector<TckPt, je_allocator<TckPt>> m_vecPendingPt;  // the run so far
+    std::vector<TckPt, je_allocator<TckPt>> m_vecPendingPt;  // the run's first fix and its newest
     double m_dDistanceBreak;                                 // [m]
     double m_dAccumulated = 0.0;                             // [m] length of the run
 
  private:
-    int StartRun(const TckPt& fix);
+    int CompleteRun(const TckPt& fix);
+    void ContinueRun(const TckPt& fix);
 
     std::size_t m_batchLimit;
 };
