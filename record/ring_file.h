@@ -1,0 +1,38 @@
+// Moving the bytes of Log.dat between memory and an open stream, and nothing else: what is to be written is
+// decided in record/ring_plan.h, when and from what in record/log_track_files.cpp. Inner to the library.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <vector>
+
+#include "record/log_format.h"
+#include "record/ring_plan.h"
+#include "track/point.h"
+#include "util/je_allocator.h"
+
+// Streams are non-null, open for reading and writing, and stay the caller's. Every operation but ReadRecord
+// leaves its place in the stream behind what it touched. Write errors are not reported; nothing here flushes.
+namespace log_file {
+
+// Bytes in the file, leaving the stream at its beginning. A size that cannot be told is answered with the
+// largest number, which fits no header.
+std::int64_t SizeOf(std::FILE* file);
+
+// The header at the beginning of the file; nullopt when it cannot be read whole.
+std::optional<RingHeader> ReadHeader(std::FILE* file);
+
+// The header at the stream's place. The two fields are two writes, start first.
+void WriteHeader(std::FILE* file, RingHeader header);
+
+// The next 48 bytes. False, with `record` cleared, at the end of the file or when they cannot be read.
+bool ReadRecord(std::FILE* file, TckPt& record);
+
+// Writes `points` behind the stream's place, in one write.
+void WriteRecords(std::FILE* file, const std::vector<TckPt, je_allocator<TckPt>>& points);
+
+// Carries out what PlanAppend decided for `batch`: the header, then each block in one write.
+void Execute(std::FILE* file, const RingWrite& plan, const std::vector<TckPt, je_allocator<TckPt>>& batch);
+
+}  // namespace log_file
