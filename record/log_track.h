@@ -1,6 +1,6 @@
 // CTrackEx: the live recording. It grows batch by batch, is on disk at every moment, and survives a restart.
-// Its files, byte for byte: docs/formats/log-file.md. Here: slices, log_track.cpp; files, log_track_files.cpp.
-// What an append writes is decided in record/ring_plan.h.
+// Its files, byte for byte: docs/formats/log-file.md. Slices: log_track.cpp. Files: log_track_files.cpp,
+// log_track_restore.cpp. What an append writes is decided in record/ring_plan.h.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,10 @@
 
 #include "track/track.h"
 #include "util/export.h"
+
+namespace log_file {
+struct RingHeader;
+}
 
 // In memory the recording is cut into slices: tracks of consecutive points without a gap of s_iDiffTime seconds
 // or more. One instance lives in CTrackMan; the host's thread only. Owns its two streams and its slices.
@@ -75,23 +79,45 @@ class QTRACE_API CTrackEx : public CTrack {
     void SimplifyAllTrackPtAndReverse(std::vector<TckPt, je_allocator<TckPt>>& out, int level);
 
  protected:
-    void SavePtListInfo2(void* stream);  // the whole point file from the slices, not wrapped
-    void LoadPtListInfo2(void* stream, int count, int start);
+    // The files, by their streams; nothing is done for a null stream.
+    void SavePtListInfo2(void* stream);  // the whole point file from the slices, not wrapped, then flushed
+    void LoadPtListInfo2(void* stream, int count, int start);  // into the own point list, oldest first
+    // Salvages the valid records among `size` bytes into the own point list, sorted by time: at most the
+    // capacity, the newest. `step` above 0: what an invalid record takes from those bytes.
     void RecoverPtList(void* stream, int step, int size);
+    // Moves the point file to \TmpTk.bk in the saved-track folder; where it cannot go there, to a numbered name
+    // beside it, or beside the point file: a damaged file is never destroyed.
     void BackTmpTrkFile();
+
+    // Adds the first `count` points of a batch to the slices. lastPt: the newest point before the batch, null
+    // when there was none; oldCount: the point file's record count before it.
     void AddPtLstToTrkLst(std::size_t count, const std::vector<TckPt, je_allocator<TckPt>>& pts,
                           const TckPt* lastPt, std::size_t oldCount);
 
  private:
-    std::int32_t m_iDataOffset = 4;  // of slot 0 in the point file
+    void InitData();  // drops the slices and measures the gaps of the own point list
+    CTrack& AddSlice();
+    void FreeSlices();
+    void DropOldest(std::size_t excess);
+    const TckPt* NewestPoint() const;  // null without points
+
+    static std::string PathOf(const std::string& fileName);
+    bool OpenHeadFile();
+    bool OpenPointFile();
+    bool ReopenPointFile();  // emptied
+    bool RestoreRing();
+    void LoadRing(const log_file::RingHeader& header);
+    bool SalvageRing(std::int64_t fileSize);
+    bool RingFitsCapacity(log_file::RingHeader& header);
+    void AidSaveFile();  // writes both files anew
+    std::vector<TckPt, je_allocator<TckPt>> AllPoints() const;
+
     std::FILE* m_pPointFile = nullptr;
     std::string m_strPointFile;
     std::FILE* m_pHeadFile = nullptr;
     std::string m_strHeadFile;
-    std::vector<CTrack*> m_vecSlices;  // owned, oldest first
-    std::vector<double> m_vecGaps;     // [s] scratch: time before each point
-    std::vector<int> m_vecBounds;      // scratch: first point of each slice, plus the end
-    std::int32_t m_iSliceNum = 0;
+    std::vector<CTrack*> m_vecSlices;  // owned, oldest first, none without points
+    std::vector<double> m_vecGaps;     // [s] scratch: time before each of the own points
     bool m_bOverWrt = false;
     std::uint16_t m_usMaxPtCount;
     std::uint32_t m_uPtCount = 0;

@@ -1,0 +1,137 @@
+// The recording's files while it runs: opening, appending, writing anew. What a start finds in them:
+// record/log_track_restore.cpp. The bytes: docs/formats/log-file.md. What an append writes: record/ring_plan.h.
+#include "platform/file.h"
+#include "record/fcs16.h"
+#include "record/log_track.h"
+#include "record/ring_file.h"
+#include "record/settings.h"
+#include "util/paths.h"
+
+namespace {
+
+using Points = std::vector<TckPt, je_allocator<TckPt>>;
+
+// Letter c: each flush waits until the storage has the data.
+constexpr char kOpenExisting[] = "rbc+";
+constexpr char kCreateEmpty[] = "wbc+";
+
+}  // namespace
+
+void CTrackEx::SetFilePathEx(const char* pointFileName, const char* headFileName) {
+    m_strPointFile = pointFileName;
+    m_strHeadFile = headFileName;
+}
+
+void CTrackEx::SetOverWrt(bool overwrite) { m_bOverWrt = overwrite; }
+
+// In the program's folder. The room is for folder, separator and name: nobody else looks whether they fit.
+std::string CTrackEx::PathOf(const std::string& fileName) {
+    char path[2 * paths::kMaxPath + 2] = {};
+    FileAbsolutPath(path, fileName.c_str(), paths::kMaxPath, false);
+    return path;
+}
+
+bool CTrackEx::OpenEx() {
+    if (m_strPointFile.empty() || m_strHeadFile.empty()) return false;
+    CloseEx();
+    return OpenHeadFile() && OpenPointFile() && RestoreRing();
+}
+
+bool CTrackEx::CloseEx() {
+    platform::fclose(m_pPointFile);
+    platform::fclose(m_pHeadFile);
+    m_pPointFile = nullptr;
+    m_pHeadFile = nullptr;
+    ClearAllSliceTrace();
+    return true;
+}
+
+// A head file that is no such file is left alone: the recording opens with the values it has.
+bool CTrackEx::OpenHeadFile() {
+    const std::string path = PathOf(m_strHeadFile);
+    m_pHeadFile = platform::fopen(path.c_str(), kOpenExisting);
+    if (m_pHeadFile == nullptr) {
+        m_pHeadFile = platform::fopen(path.c_str(), kCreateEmpty);
+        SaveHeadInfo(m_pHeadFile);
+    }
+    if (m_pHeadFile != nullptr) LoadHeadInfo(m_pHeadFile);
+    return m_pHeadFile != nullptr;
+}
+
+bool CTrackEx::OpenPointFile() {
+    m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kOpenExisting);
+    return m_pPointFile != nullptr || ReopenPointFile();
+}
+
+bool CTrackEx::ReopenPointFile() {
+    platform::fclose(m_pPointFile);
+    m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kCreateEmpty);
+    return m_pPointFile != nullptr;
+}
+
+bool CTrackEx::AppendEx(Points& pts) {
+    if (m_pPointFile == nullptr || pts.empty() || pts.size() >= m_usMaxPtCount) return false;
+    for (TckPt& point : pts) fcs16::Stamp(point);
+    log_file::RingHeader ring;
+    if (!RingFitsCapacity(ring)) return false;
+    const auto plan = log_file::PlanAppend(ring, pts.size(), m_usMaxPtCount, m_bOverWrt);
+    if (!plan) return false;
+    log_file::Execute(m_pPointFile, *plan, pts);
+    platform::fflush(m_pPointFile);
+    if (plan->recorded != 0) AddPtLstToTrkLst(plan->recorded, pts, NewestPoint(), ring.count);
+    return true;
+}
+
+// A file made with a larger capacity is written anew with its newest points before its oldest are overwritten:
+// the header of a smaller ring would make it inconsistent, and lost at the next start.
+bool CTrackEx::RingFitsCapacity(log_file::RingHeader& header) {
+    auto ring = log_file::ReadHeader(m_pPointFile);
+    if (ring && ring->count > m_usMaxPtCount && m_bOverWrt)
+        ring = SaveSliceData() ? log_file::ReadHeader(m_pPointFile) : std::nullopt;
+    if (ring) header = *ring;
+    return ring.has_value();
+}
+
+void CTrackEx::SavePtListInfo2(void* stream) {
+    if (stream == nullptr) return;
+    auto* const file = static_cast<std::FILE*>(stream);
+    if (m_uPtCount > m_usMaxPtCount) {
+        DropOldest(m_uPtCount - m_usMaxPtCount);
+        m_uPtCount = m_usMaxPtCount;
+    }
+    log_file::WriteHeader(file, {0, static_cast<std::uint16_t>(m_uPtCount)});
+    Points points = AllPoints();
+    points.resize(m_uPtCount);
+    if (!points.empty()) log_file::WriteRecords(file, points);
+    platform::fflush(file);
+}
+
+void CTrackEx::SavePropertyData() {
+    if (m_pPointFile != nullptr) SaveHeadInfo(m_pHeadFile);
+}
+
+void CTrackEx::AidSaveFile() {
+    SaveHeadInfo(m_pHeadFile);
+    SavePtListInfo2(m_pPointFile);
+}
+
+bool CTrackEx::SaveSliceData() {
+    if (m_strPointFile.empty() || !ReopenPointFile()) return false;
+    AidSaveFile();
+    return true;
+}
+
+bool CTrackEx::GetTmpTrackStart(int& start) {
+    if (m_pPointFile == nullptr) return false;
+    const auto ring = log_file::ReadHeader(m_pPointFile);
+    if (ring) start = ring->start;
+    return ring.has_value();
+}
+
+bool CTrackEx::IsNeedSaveAllTmpTrk(int newCount) {
+    CTrackMangSet* const settings = CTrackMangSet::Instance();
+    if (m_pPointFile == nullptr || !settings->GetTmpTkIsSaveInFull()) return false;
+    const auto ring = log_file::ReadHeader(m_pPointFile);
+    return ring &&
+           log_file::WouldOverwriteTripStart(*ring, newCount, m_usMaxPtCount, settings->GetTmpTkStartPos());
+}

@@ -1,0 +1,121 @@
+// What a start finds in the point file: a ring to read, or a damaged one to salvage and keep aside.
+// The bytes: docs/formats/log-file.md. The files while the recording runs: record/log_track_files.cpp.
+#include <algorithm>
+#include <limits>
+
+#include "platform/file.h"
+#include "record/fcs16.h"
+#include "record/log_track.h"
+#include "record/ring_file.h"
+#include "record/settings.h"
+#include "util/paths.h"
+#include "util/text.h"
+
+namespace {
+
+using Points = std::vector<TckPt, je_allocator<TckPt>>;
+
+constexpr wchar_t kBackupName[] = L"\\TmpTk";
+constexpr wchar_t kBackupSuffix[] = L".bk";
+constexpr int kMostBackups = 99;  // in one folder
+
+std::wstring Widen(const char* path) {
+    wchar_t wide[paths::kMaxPath + 1] = {};
+    AnsciToWchar(path, wide, paths::kMaxPath);
+    return wide;
+}
+
+// Under the first free name of TmpTk.bk, TmpTk2.bk, TmpTk3.bk and so on.
+bool MoveToBackup(const std::wstring& file, const std::wstring& folder) {
+    if (platform::MoveFileW(file.c_str(), (folder + kBackupName + kBackupSuffix).c_str())) return true;
+    for (int number = 2; number <= kMostBackups; ++number) {
+        const std::wstring name = kBackupName + std::to_wstring(number) + kBackupSuffix;
+        if (platform::MoveFileW(file.c_str(), (folder + name).c_str())) return true;
+    }
+    return false;
+}
+
+// Points of equal time keep their order.
+void SortByTime(Points& points) {
+    std::stable_sort(points.begin(), points.end(),
+                     [](const TckPt& a, const TckPt& b) { return a.lTime < b.lTime; });
+}
+
+// Sorts, and lets the oldest go above `most`.
+void KeepNewest(Points& points, std::size_t most) {
+    SortByTime(points);
+    if (points.size() > most) points.erase(points.begin(), points.end() - static_cast<std::ptrdiff_t>(most));
+}
+
+}  // namespace
+
+bool CTrackEx::RestoreRing() {
+    const std::int64_t size = log_file::SizeOf(m_pPointFile);
+    if (size == 0) {
+        SavePtListInfo2(m_pPointFile);
+        return true;
+    }
+    const auto header = log_file::ReadHeader(m_pPointFile);
+    if (!header || !log_file::IsConsistent(*header, size)) return SalvageRing(size);
+    LoadRing(*header);
+    return true;
+}
+
+void CTrackEx::LoadRing(const log_file::RingHeader& header) {
+    m_uPtCount = header.count;
+    LoadPtListInfo2(m_pPointFile, header.count, header.start);
+    SortByTime(OwnPoints());
+    DoSlice();
+}
+
+// Read first, moved aside when closed, made anew last: some systems move no open file.
+bool CTrackEx::SalvageRing(std::int64_t fileSize) {
+    RecoverPtList(m_pPointFile, 1,
+                  static_cast<int>(std::min<std::int64_t>(fileSize, std::numeric_limits<int>::max())));
+    m_uPtCount = static_cast<std::uint32_t>(GetPtList().size());
+    DoSlice();
+    platform::fclose(m_pPointFile);
+    m_pPointFile = nullptr;
+    BackTmpTrkFile();
+    if (!ReopenPointFile()) return false;
+    SavePtListInfo2(m_pPointFile);
+    return true;
+}
+
+void CTrackEx::BackTmpTrkFile() {
+    const std::wstring file = Widen(PathOf(m_strPointFile).c_str());
+    const std::wstring folder = Widen(CTrackMangSet::Instance()->GetExtTrackPath(false));
+    if (!MoveToBackup(file, folder)) MoveToBackup(file, GetInitGlobalPath());
+}
+
+// A record that fails its check stays a point of zeros, so that the number of points is the file's.
+void CTrackEx::LoadPtListInfo2(void* stream, int count, int start) {
+    if (stream == nullptr || count < 0 || start < 0 || start > count) return;
+    auto* const file = static_cast<std::FILE*>(stream);
+    Points& points = OwnPoints();
+    points.assign(static_cast<std::size_t>(count), TckPt{});
+    for (int slot = 0; slot < count; ++slot) {
+        TckPt record;
+        const int place = slot < start ? count - start + slot : slot - start;
+        if (log_file::ReadRecord(file, record) && fcs16::IsValid(record))
+            points[static_cast<std::size_t>(place)] = record;
+    }
+}
+
+// KEPT: reading begins at byte 0, four bytes before slot 0, so the records of a file whose header is intact do
+// not line up and are not found; and an invalid record moves the stream by a record but the counter by `step`.
+// Devices in the field rely on the result. Pinned by LogTrackRecovery.IntactHeader_ShiftsEveryRecord.
+// At the end of the file every further read would fail, so the counter need not be waited for.
+void CTrackEx::RecoverPtList(void* stream, int step, int size) {
+    auto* const file = static_cast<std::FILE*>(stream);
+    if (file == nullptr || std::fseek(file, 0, SEEK_SET) != 0) return;
+    Points& points = OwnPoints();
+    TckPt record;
+    for (std::int64_t counter = 0; counter < size && log_file::ReadRecord(file, record);) {
+        const bool valid = fcs16::IsValid(record);
+        if (valid) points.push_back(record);
+        counter += valid ? static_cast<std::int64_t>(sizeof record) : step;
+        if (points.size() > 2u * m_usMaxPtCount) KeepNewest(points, m_usMaxPtCount);
+    }
+    KeepNewest(points, m_usMaxPtCount);
+}
