@@ -103,7 +103,7 @@ void CTrack::SavePtListInfo(void* stream) {
     unsigned char field[4];
     bytes::StoreLittleEndian(static_cast<std::uint32_t>(count), field);
     std::fwrite(field, sizeof field, 1, file);
-    std::fwrite(m_vecPtLst.data(), sizeof(TckPt), count, file);
+    if (count != 0) std::fwrite(m_vecPtLst.data(), sizeof(TckPt), count, file);
 }
 
 // Records that a short file lacks are read as zeros.
