@@ -9,9 +9,9 @@ inline constexpr unsigned kUtf8CodePage = 65001;
 
 // Converts `length` bytes (-1: up to and including the terminator) into at most `size` UTF-16 code units.
 // Returns the units written, or the units needed when `size` is 0 (then nothing is written). 0 for an unknown
-// code page, a length of 0, a negative size, or a destination too small: what fitted is left there, without a
-// terminator. Nothing behind what is written is touched. Invalid bytes become U+FFFD ('?' in double-byte
-// pages).
+// code page, a length of 0, a null source, a negative size, or a destination too small: what fitted is left
+// there, without a terminator. Nothing behind what is written is touched. Invalid bytes become U+FFFD ('?' in
+// double-byte pages).
 int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar_t* destination, int size);
 
 // The way back, with the same answers. What the code page lacks becomes '?', one a code unit; in UTF-8 a lone

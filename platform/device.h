@@ -20,5 +20,6 @@ QTRACE_API void SetProgramFolder(const std::wstring& folder);
 QTRACE_API void SetStorageCardRoot(const std::wstring& folder);
 
 // The code page of narrow texts and paths: 936 (the default), 1252, 65001, and what else the system's converter
-// knows. False, with nothing changed, for a number it does not know.
+// knows. False, with nothing changed, for a number it does not know, and for pages that do not hold ASCII in
+// its place or take more than two bytes a character: device paths and track names could not be read in them.
 QTRACE_API bool SetAnsiCodePage(unsigned codePage);

@@ -20,8 +20,10 @@ struct FindData {
 
 // Starts a search; the last component may hold * and ?, and is matched ignoring letter case. Fills the first
 // entry and returns a handle for FindNextFileW and FindClose. Entries come in name order. A path without
-// wildcards finds the file or folder itself. kInvalidHandle, with the record untouched, when nothing matches,
-// also for the root, a path with a trailing backslash, and wildcards in an earlier component.
+// wildcards finds the file or folder itself; * and *.* also find "." and "..", but not in the root. Links count
+// as what they lead to; devices and links that lead nowhere are no entries. kInvalidHandle, with the record
+// untouched, when nothing matches, also for the root, a path with a trailing backslash, two separators in front
+// (a network name), and wildcards in an earlier component.
 Handle FindFirstFileW(const wchar_t* pattern, FindData* entry);
 
 // The next entry; false, with the record untouched, after the last.

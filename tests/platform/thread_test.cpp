@@ -1,0 +1,236 @@
+// Background threads that end by consent.
+#include "platform/thread.h"
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <future>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace platform;
+
+void Pause() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
+
+// One thread's work: it runs until it is asked to stop.
+struct Work {
+    std::atomic<bool> hasBegun = false;
+    std::atomic<bool> hasEnded = false;
+    std::atomic<bool> mayRun = true;
+    std::atomic<int> niceness = 0;
+    std::atomic<bool> hostSignalBlocked = false;
+
+    static unsigned long UntilStopped(void* argument) {
+        Work& work = *static_cast<Work*>(argument);
+        work.hasBegun = true;
+        while (!StopRequested()) Pause();
+        work.hasEnded = true;
+        return 0;
+    }
+
+    // Until the test lets it end: a stop request is not heard.
+    static unsigned long UntilReleased(void* argument) {
+        Work& work = *static_cast<Work*>(argument);
+        work.hasBegun = true;
+        while (work.mayRun) {
+            work.niceness = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
+            Pause();
+        }
+        work.hasEnded = true;
+        return 0;
+    }
+
+    static unsigned long Once(void* argument) {
+        sigset_t blocked;
+        pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+        Work& work = *static_cast<Work*>(argument);
+        work.hostSignalBlocked = sigismember(&blocked, SIGTERM) == 1 && sigismember(&blocked, SIGSEGV) == 0;
+        work.hasEnded = true;
+        return 0;
+    }
+
+    void WaitUntilBegun() const {
+        while (!hasBegun) Pause();
+    }
+    void WaitUntilEnded() const {
+        while (!hasEnded) Pause();
+    }
+};
+
+TEST(Thread, Body_GetsItsArgument) {
+    Work work;
+    const Handle thread = CreateThread(Work::Once, &work);
+    ASSERT_NE(thread, kInvalidHandle);
+    work.WaitUntilEnded();
+    EXPECT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(CloseHandle(thread));
+}
+
+TEST(Thread, Terminate_AsksAndWaitsForTheEnd) {
+    Work work;
+    const Handle thread = CreateThread(Work::UntilStopped, &work);
+    work.WaitUntilBegun();
+    EXPECT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(work.hasEnded);
+    EXPECT_TRUE(CloseHandle(thread));
+}
+
+TEST(Thread, TerminateRightAfterTheStart_IsHeard) {
+    for (int i = 0; i < 50; ++i) {
+        Work work;
+        const Handle thread = CreateThread(Work::UntilStopped, &work);
+        ASSERT_TRUE(TerminateThread(thread));
+        ASSERT_TRUE(work.hasEnded);
+        ASSERT_TRUE(CloseHandle(thread));
+    }
+}
+
+TEST(Thread, TerminateTwice_IsTrueBothTimes) {
+    Work work;
+    const Handle thread = CreateThread(Work::UntilStopped, &work);
+    EXPECT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(TerminateThread(thread));
+}
+
+TEST(Thread, ThatDoesNotHear_IsGivenUpAfterAWhile) {
+    Work work;
+    const Handle thread = CreateThread(Work::UntilReleased, &work);
+    work.WaitUntilBegun();
+    EXPECT_FALSE(TerminateThread(thread));
+    EXPECT_FALSE(work.hasEnded);
+    work.mayRun = false;
+    EXPECT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(work.hasEnded);
+}
+
+struct SelfStop {
+    std::promise<Handle> itself;
+    std::atomic<bool> answer = true;
+    std::atomic<bool> heard = false;
+
+    static unsigned long Run(void* argument) {
+        SelfStop& test = *static_cast<SelfStop*>(argument);
+        test.answer = TerminateThread(test.itself.get_future().get());
+        test.heard = StopRequested();
+        return 0;
+    }
+};
+
+TEST(Thread, ThatStopsItself_OnlyAsks) {
+    SelfStop test;
+    const Handle thread = CreateThread(SelfStop::Run, &test);
+    test.itself.set_value(thread);
+    EXPECT_TRUE(TerminateThread(thread));
+    EXPECT_FALSE(test.answer);
+    EXPECT_TRUE(test.heard);
+}
+
+TEST(Thread, StopRequest_ConcernsThatThreadAlone) {
+    Work first, second;
+    const Handle a = CreateThread(Work::UntilStopped, &first), b = CreateThread(Work::UntilStopped, &second);
+    EXPECT_FALSE(StopRequested());
+    EXPECT_TRUE(TerminateThread(a));
+    EXPECT_FALSE(second.hasEnded);
+    EXPECT_FALSE(StopRequested());
+    EXPECT_TRUE(TerminateThread(b));
+}
+
+TEST(Thread, ClosedHandle_LeavesTheThreadRunning) {
+    Work work;
+    const Handle thread = CreateThread(Work::UntilReleased, &work);
+    work.WaitUntilBegun();
+    EXPECT_TRUE(CloseHandle(thread));
+    EXPECT_FALSE(CloseHandle(thread));
+    EXPECT_FALSE(TerminateThread(thread));
+    EXPECT_FALSE(SetThreadPriority(thread, 4));
+    EXPECT_FALSE(work.hasEnded);
+    work.mayRun = false;
+    work.WaitUntilEnded();
+}
+
+TEST(Thread, UnclosedHandles_LeaveNothingBehind) {
+    for (int i = 0; i < 200; ++i) {  // the leak checker looks at the rest
+        Work work;
+        const Handle thread = CreateThread(Work::Once, &work);
+        ASSERT_NE(thread, kInvalidHandle);
+        ASSERT_TRUE(TerminateThread(thread));
+    }
+}
+
+TEST(Thread, HandleThatIsNone_IsHarmless) {
+    for (Handle none : {kInvalidHandle, Handle{0}, Handle{1}, Handle{-2}, Handle{1} << 40}) {
+        EXPECT_FALSE(TerminateThread(none));
+        EXPECT_FALSE(CloseHandle(none));
+        EXPECT_FALSE(SetThreadPriority(none, 4));
+    }
+}
+
+TEST(Thread, BelowNormalPriority_MakesThatThreadNicer) {
+    Work work;
+    const int before = getpriority(PRIO_PROCESS, 0);
+    const Handle thread = CreateThread(Work::UntilReleased, &work);
+    EXPECT_TRUE(SetThreadPriority(thread, 4));
+    if (before < 19) {
+        while (work.niceness <= before) Pause();
+    }
+    EXPECT_EQ(getpriority(PRIO_PROCESS, 0), before);
+    work.mayRun = false;
+    EXPECT_TRUE(TerminateThread(thread));
+}
+
+TEST(Thread, PriorityOfAnEndedThread_IsTrue) {
+    Work work;
+    const Handle thread = CreateThread(Work::Once, &work);
+    ASSERT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(SetThreadPriority(thread, 4));
+    EXPECT_TRUE(CloseHandle(thread));
+}
+
+TEST(Thread, HostSignals_StayWithTheHost) {
+    Work work;
+    const Handle thread = CreateThread(Work::Once, &work);
+    ASSERT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(work.hostSignalBlocked);
+    sigset_t blocked;
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);
+}
+
+TEST(Thread, MayBeStoppedFromSeveralThreads) {
+    Work work;
+    const Handle thread = CreateThread(Work::UntilStopped, &work);
+    std::vector<std::thread> callers;
+    std::atomic<int> ended = 0;
+    for (int i = 0; i < 4; ++i) callers.emplace_back([&] { ended += TerminateThread(thread) ? 1 : 0; });
+    for (std::thread& caller : callers) caller.join();
+    EXPECT_EQ(ended, 4);
+}
+
+unsigned long CallUsForEver(void*) {
+    for (;;) {
+        StopRequested();
+        const Handle none = 0;
+        CloseHandle(none);
+    }
+}
+
+void EndProcessWhileAThreadRuns() {
+    CreateThread(CallUsForEver, nullptr);
+    Pause();
+    std::exit(0);
+}
+
+TEST(ThreadDeathTest, ProcessMayEndWhileOneRuns) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(EndProcessWhileAThreadRuns(), ::testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
