@@ -83,7 +83,8 @@ TEST(Calendar, EveryDayOf32Bits_AgreesWithTheCLibrary) {
 TEST(Calendar, SecondsDrawnFromTheWholeRange_AgreeWithTheCLibrary) {
     constexpr unsigned kSeed = 20260727;
     std::mt19937_64 random(kSeed);
-    std::uniform_int_distribution<std::int64_t> seconds(-11644473600, 910670515199);  // 1601 to the end of 30827
+    std::uniform_int_distribution<std::int64_t> seconds(-11644473600,
+                                                        910670515199);  // 1601 to the end of 30827
     for (int i = 0; i < 200000; ++i) ExpectBothWays(seconds(random));
 }
 
@@ -109,11 +110,21 @@ TEST(Calendar, DayOfWeek_IsIgnoredOnTheWayIn) {
 
 TEST(Calendar, WhatDoesNotExist_IsRefusedAndLeavesTheResult) {
     const SYSTEMTIME impossible[] = {
-        Record(1600, 12, 31),           Record(30828, 1, 1),          Record(0, 1, 1),
-        Record(2000, 0, 1),             Record(2000, 13, 1),          Record(2000, 1, 0),
-        Record(2000, 1, 32),            Record(2000, 4, 31),          Record(2001, 2, 29),
-        Record(2000, 1, 1, 24),         Record(2000, 1, 1, 0, 60),    Record(2000, 1, 1, 0, 0, 60),
-        Record(2000, 1, 1, 0, 0, 0, 1000), Record(2000, 65535, 1), Record(2000, 1, 65535),
+        Record(1600, 12, 31),
+        Record(30828, 1, 1),
+        Record(0, 1, 1),
+        Record(2000, 0, 1),
+        Record(2000, 13, 1),
+        Record(2000, 1, 0),
+        Record(2000, 1, 32),
+        Record(2000, 4, 31),
+        Record(2001, 2, 29),
+        Record(2000, 1, 1, 24),
+        Record(2000, 1, 1, 0, 60),
+        Record(2000, 1, 1, 0, 0, 60),
+        Record(2000, 1, 1, 0, 0, 0, 1000),
+        Record(2000, 65535, 1),
+        Record(2000, 1, 65535),
     };
     for (const SYSTEMTIME& record : impossible) {
         FileTime ticks = 77;

@@ -104,12 +104,28 @@ TEST_F(CodePage, LengthZero_FailsAndWritesNothing) {
 
 TEST_F(CodePage, SizeZero_AsksForTheSizeAndWritesNothing) {
     wchar_t wide = L'#';
-    EXPECT_EQ(MultiByteToWideChar(kUtf8CodePage, "\xE4\xB8\xAD" "a", -1, &wide, 0), 3);
-    EXPECT_EQ(MultiByteToWideChar(kChinese, "\xD6\xD0" "a", 3, nullptr, 0), 2);
+    EXPECT_EQ(MultiByteToWideChar(kUtf8CodePage,
+                                  "\xE4\xB8\xAD"
+                                  "a",
+                                  -1, &wide, 0),
+              3);
+    EXPECT_EQ(MultiByteToWideChar(kChinese,
+                                  "\xD6\xD0"
+                                  "a",
+                                  3, nullptr, 0),
+              2);
     EXPECT_EQ(wide, L'#');
     char narrow = '#';
-    EXPECT_EQ(WideCharToMultiByte(kUtf8CodePage, L"\x4E2D" L"a", -1, &narrow, 0), 5);
-    EXPECT_EQ(WideCharToMultiByte(kChinese, L"\x4E2D" L"a", 2, nullptr, 0), 3);
+    EXPECT_EQ(WideCharToMultiByte(kUtf8CodePage,
+                                  L"\x4E2D"
+                                  L"a",
+                                  -1, &narrow, 0),
+              5);
+    EXPECT_EQ(WideCharToMultiByte(kChinese,
+                                  L"\x4E2D"
+                                  L"a",
+                                  2, nullptr, 0),
+              3);
     EXPECT_EQ(narrow, '#');
 }
 
@@ -166,18 +182,29 @@ TEST_F(CodePage, CharacterAboveTheBasicPlane_IsTwoUnits) {
 
 TEST_F(CodePage, IllFormedUtf8_IsReplaced) {
     const std::map<std::string, std::wstring> expected = {
-        {"a\x80" "b", L"a\xFFFD" L"b"},
+        {"a\x80"
+         "b",
+         L"a\xFFFD"
+         L"b"},
         {"\xC0\x80", L"\xFFFD\xFFFD"},
         {"\xC1\xBF", L"\xFFFD\xFFFD"},
         {"\xE4\xBD", L"\xFFFD"},
         {"\xE4", L"\xFFFD"},
-        {"\xE4" "a", L"\xFFFD" L"a"},
-        {"\xE4\xBD" "a", L"\xFFFD" L"a"},
+        {"\xE4"
+         "a",
+         L"\xFFFD"
+         L"a"},
+        {"\xE4\xBD"
+         "a",
+         L"\xFFFD"
+         L"a"},
         {"\xED\xA0\x80", L"\xFFFD\xFFFD"},
         {"\xE0\x80\x80", L"\xFFFD\xFFFD"},
         {"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
         {"\xF0\x80\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
-        {"\xF0\x9F\x98" "z", L"\xFFFDz"},
+        {"\xF0\x9F\x98"
+         "z",
+         L"\xFFFDz"},
         {"\xF0\x9F\x98", L"\xFFFD"},
         {"\xF5\x80", L"\xFFFD\xFFFD"},
         {"\xFF\xFE", L"\xFFFD\xFFFD"},
@@ -191,10 +218,14 @@ TEST_F(CodePage, IllFormedUtf8_IsReplaced) {
 
 TEST_F(CodePage, LimitsOfUtf8Lengths_AreExact) {
     const std::map<std::string, std::wstring> expected = {
-        {"\x7F", L"\x7F"},           {"\xC2\x80", L"\x80"},
-        {"\xDF\xBF", L"\x7FF"},      {"\xE0\xA0\x80", L"\x800"},
-        {"\xED\x9F\xBF", L"\xD7FF"}, {"\xEE\x80\x80", L"\xE000"},
-        {"\xEF\xBF\xBF", L"\xFFFF"}, {"\xF0\x90\x80\x80", L"\xD800\xDC00"},
+        {"\x7F", L"\x7F"},
+        {"\xC2\x80", L"\x80"},
+        {"\xDF\xBF", L"\x7FF"},
+        {"\xE0\xA0\x80", L"\x800"},
+        {"\xED\x9F\xBF", L"\xD7FF"},
+        {"\xEE\x80\x80", L"\xE000"},
+        {"\xEF\xBF\xBF", L"\xFFFF"},
+        {"\xF0\x90\x80\x80", L"\xD800\xDC00"},
         {"\xF4\x8F\xBF\xBF", L"\xDBFF\xDFFF"},
     };
     for (const auto& [bytes, wide] : expected) {
@@ -206,7 +237,11 @@ TEST_F(CodePage, LimitsOfUtf8Lengths_AreExact) {
 TEST_F(CodePage, LoneOrReversedSurrogate_IsReplacedEach) {
     EXPECT_EQ(Narrow(kUtf8CodePage, L"\xD83D"), "\xEF\xBF\xBD");
     EXPECT_EQ(Narrow(kUtf8CodePage, L"\xDE00\xD83D"), "\xEF\xBF\xBD\xEF\xBF\xBD");
-    EXPECT_EQ(Narrow(kUtf8CodePage, L"\xD83D" L"a"), "\xEF\xBF\xBD" "a");
+    EXPECT_EQ(Narrow(kUtf8CodePage,
+                     L"\xD83D"
+                     L"a"),
+              "\xEF\xBF\xBD"
+              "a");
     EXPECT_EQ(Narrow(kUtf8CodePage, L"\xD83D\xD83D\xDE00"), "\xEF\xBF\xBD\xF0\x9F\x98\x80");
 }
 
@@ -216,8 +251,16 @@ TEST_F(CodePage, ElementThatIsNoCodeUnit_IsReplaced) {
 }
 
 TEST_F(CodePage, ByteOrderMark_IsKept) {
-    EXPECT_EQ(Wide(kUtf8CodePage, "\xEF\xBB\xBF" "a"), L"\xFEFF" L"a");
-    EXPECT_EQ(Narrow(kUtf8CodePage, L"\xFEFF" L"a"), "\xEF\xBB\xBF" "a");
+    EXPECT_EQ(Wide(kUtf8CodePage,
+                   "\xEF\xBB\xBF"
+                   "a"),
+              L"\xFEFF"
+              L"a");
+    EXPECT_EQ(Narrow(kUtf8CodePage,
+                     L"\xFEFF"
+                     L"a"),
+              "\xEF\xBB\xBF"
+              "a");
 }
 
 TEST_F(CodePage, EveryCharacter_ComesBackFromUtf8) {
@@ -227,7 +270,8 @@ TEST_F(CodePage, EveryCharacter_ComesBackFromUtf8) {
         const std::wstring wide = isPair ? std::wstring{static_cast<wchar_t>(0xD7C0 + (c >> 10)),
                                                         static_cast<wchar_t>(0xDC00 + (c & 0x3FF))}
                                          : std::wstring{static_cast<wchar_t>(c)};
-        ASSERT_EQ(Wide(kUtf8CodePage, Narrow(kUtf8CodePage, wide)), wide) << std::hex << static_cast<unsigned>(c);
+        ASSERT_EQ(Wide(kUtf8CodePage, Narrow(kUtf8CodePage, wide)), wide)
+            << std::hex << static_cast<unsigned>(c);
     }
 }
 
@@ -247,7 +291,8 @@ TEST_F(CodePage, EveryDoubleByteOfTheSystem_ComesBack) {
 
 TEST_F(CodePage, UserDefinedAreas_AreTheFirstPrivateCharacters) {
     std::vector<unsigned> codes;
-    const auto addRows = [&codes](unsigned firstLead, unsigned lastLead, unsigned firstTrail, unsigned lastTrail) {
+    const auto addRows = [&codes](unsigned firstLead, unsigned lastLead, unsigned firstTrail,
+                                  unsigned lastTrail) {
         for (unsigned lead = firstLead; lead <= lastLead; ++lead)
             for (unsigned trail = firstTrail; trail <= lastTrail; ++trail)
                 if (trail != 0x7F) codes.push_back(lead << 8 | trail);
@@ -267,16 +312,35 @@ TEST_F(CodePage, UserDefinedAreas_AreTheFirstPrivateCharacters) {
 TEST_F(CodePage, ChineseSingleBytes_EuroAndLast) {
     EXPECT_EQ(Wide(kChinese, "\x80"), L"\x20AC");
     EXPECT_EQ(Narrow(kChinese, L"\x20AC"), "\x80");
-    EXPECT_EQ(Wide(kChinese, "\xFF" "a"), L"\xF8F5" L"a");
+    EXPECT_EQ(Wide(kChinese,
+                   "\xFF"
+                   "a"),
+              L"\xF8F5"
+              L"a");
     EXPECT_EQ(Narrow(kChinese, L"\xF8F5"), "\xFF");
 }
 
 TEST_F(CodePage, LeadByteWithImpossibleTrail_TakesBothBytes) {
-    EXPECT_EQ(Wide(kChinese, "\xC4\x31" "a"), L"?a");
-    EXPECT_EQ(Wide(kChinese, "\xC4\xFF" "a"), L"?a");
-    EXPECT_EQ(Wide(kChinese, "\xC4\x7F" "a"), L"?a");
-    EXPECT_EQ(Wide(kChinese, std::string("\xC4\0" "a", 3)), L"?a");
-    EXPECT_EQ(Wide(kChinese, "\xA9\x89" "a"), L"?a");  // an unassigned pair
+    EXPECT_EQ(Wide(kChinese,
+                   "\xC4\x31"
+                   "a"),
+              L"?a");
+    EXPECT_EQ(Wide(kChinese,
+                   "\xC4\xFF"
+                   "a"),
+              L"?a");
+    EXPECT_EQ(Wide(kChinese,
+                   "\xC4\x7F"
+                   "a"),
+              L"?a");
+    EXPECT_EQ(Wide(kChinese, std::string("\xC4\0"
+                                         "a",
+                                         3)),
+              L"?a");
+    EXPECT_EQ(Wide(kChinese,
+                   "\xA9\x89"
+                   "a"),
+              L"?a");  // an unassigned pair
 }
 
 TEST_F(CodePage, LeadByteAtTheEnd_IsAQuestionMark) {
@@ -292,7 +356,10 @@ TEST_F(CodePage, TrailByteThatLooksLikeASeparator_StaysInItsCharacter) {
 }
 
 TEST_F(CodePage, NotInThePage_IsAQuestionMarkPerUnit) {
-    EXPECT_EQ(Narrow(kChinese, L"a\x0E01" L"b"), "a?b");
+    EXPECT_EQ(Narrow(kChinese,
+                     L"a\x0E01"
+                     L"b"),
+              "a?b");
     EXPECT_EQ(Narrow(kChinese, L"\xD83D\xDE00"), "??");
     EXPECT_EQ(Narrow(kWestern, L"\x4E2D"), "?");
     EXPECT_EQ(Narrow(kWestern, L"\xD83D\xDE00"), "??");
@@ -337,15 +404,18 @@ TEST_F(CodePage, PageZero_IsTheChosenOne) {
 }
 
 TEST_F(CodePage, PageThatCannotBeUsed_IsRefusedAndChangesNothing) {
-    const unsigned kZero = 0, kDutchMainframe = 37, kSevenBit = 65000, kFourByteChinese = 54936, kJapaneseMail = 50220;
-    for (unsigned page : {kZero, kUnknown, kDutchMainframe, kSevenBit, kFourByteChinese, kJapaneseMail, 1200u, 930u}) {
+    const unsigned kZero = 0, kDutchMainframe = 37, kSevenBit = 65000, kFourByteChinese = 54936,
+                   kJapaneseMail = 50220;
+    for (unsigned page :
+         {kZero, kUnknown, kDutchMainframe, kSevenBit, kFourByteChinese, kJapaneseMail, 1200u, 930u}) {
         EXPECT_FALSE(SetAnsiCodePage(page)) << page;
         EXPECT_EQ(platform::AnsiCodePage(), kChinese);
     }
 }
 
 TEST_F(CodePage, OtherPagesOfTheSystem_CanBeChosen) {
-    for (unsigned page : {932u, 949u, 950u, 1250u, 1251u, 1253u, 1258u}) EXPECT_TRUE(SetAnsiCodePage(page)) << page;
+    for (unsigned page : {932u, 949u, 950u, 1250u, 1251u, 1253u, 1258u})
+        EXPECT_TRUE(SetAnsiCodePage(page)) << page;
     EXPECT_EQ(Wide(949, "\xB0\xA1"), WideBySystem("\xB0\xA1", "CP949"));
     EXPECT_EQ(Wide(1251, "\xC0"), L"\x0410");
     EXPECT_EQ(Narrow(1251, L"\x0410"), "\xC0");
@@ -361,7 +431,8 @@ TEST_F(CodePage, FirstUseOfAPage_MayBeOnManyThreads) {
     std::array<std::wstring, 8> results;
     std::vector<std::thread> threads;
     for (std::wstring& result : results)
-        threads.emplace_back([&result] { result = Wide(950, "\xA4\xA4") + Wide(1252, "\x80") + Wide(936, "\x80"); });
+        threads.emplace_back(
+            [&result] { result = Wide(950, "\xA4\xA4") + Wide(1252, "\x80") + Wide(936, "\x80"); });
     for (std::thread& thread : threads) thread.join();
     for (const std::wstring& result : results) EXPECT_EQ(result, L"\x4E2D\x20AC\x20AC");
 }

@@ -1,0 +1,210 @@
+// The settings, the program's path, and where device paths lead on this machine.
+#include "platform/device.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "platform/device_state.h"
+#include "platform/file.h"
+#include "platform/find.h"
+#include "tests/support/device.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class Device : public DeviceTest {
+ protected:
+    static bool Makes(const std::wstring& path) {
+        return platform::fclose(platform::_wfopen(path.c_str(), L"wb")) == 0;
+    }
+    static bool Opens(const std::wstring& path) {
+        return platform::fclose(platform::_wfopen(path.c_str(), L"rb")) == 0;
+    }
+    static std::wstring Executable() {
+        wchar_t path[1024];
+        return {path, platform::GetModuleFileNameW(path, 1024)};
+    }
+    static fs::path ExecutableOnDisk() { return fs::read_symlink("/proc/self/exe"); }
+    static std::wstring WithBackslashes(std::wstring path) {
+        std::replace(path.begin(), path.end(), L'/', L'\\');
+        return path;
+    }
+};
+
+// ---- settings
+
+TEST_F(Device, Settings_AreReadBack) {
+    SetProgramFolder(L"\\Programs\\Nav");
+    EXPECT_EQ(platform::ProgramFolder(), L"\\Programs\\Nav");
+    SetProgramFolder(L"");
+    EXPECT_EQ(platform::ProgramFolder(), L"");
+    EXPECT_EQ(platform::StorageCardRoot(), L"\\SDMMC");
+    SetStorageCardRoot(L"\\Card");
+    EXPECT_EQ(platform::StorageCardRoot(), L"\\Card");
+}
+
+TEST_F(Device, RootWithTrailingSlashes_IsTheSameRoot) {
+    Write("\\a.gpx", "one");
+    SetDeviceRoot(m_root.Path().string() + "//");
+    EXPECT_TRUE(Opens(L"\\a.gpx"));
+}
+
+TEST_F(Device, RelativeRoot_StaysWhereItWasGiven) {
+    Write("\\inner\\a.gpx", "one");
+    const fs::path before = fs::current_path();
+    fs::current_path(m_root.Path());
+    SetDeviceRoot("inner");
+    fs::current_path(before);
+    EXPECT_TRUE(Opens(L"\\a.gpx"));
+}
+
+TEST_F(Device, EmptyRoot_IsTheMachinesOwn) {
+    Write("\\a.gpx", "one");
+    for (const char* root : {"", "/"}) {
+        SetDeviceRoot(root);
+        EXPECT_TRUE(Opens((m_root.Path() / "a.gpx").wstring()));
+        EXPECT_TRUE(Opens(WithBackslashes((m_root.Path() / "A.GPX").wstring())));
+        platform::FindData entry;
+        EXPECT_EQ(platform::FindFirstFileW(L"\\", &entry), platform::kInvalidHandle);
+    }
+}
+
+TEST_F(Device, RootThatIsMissing_HoldsNothing) {
+    SetDeviceRoot((m_root.Path() / "no").string());
+    EXPECT_FALSE(Opens(L"\\a.gpx"));
+    EXPECT_FALSE(Makes(L"\\a.gpx"));
+    EXPECT_FALSE(platform::CreateDirectoryW(L"\\dir"));
+}
+
+// ---- the program
+
+TEST_F(Device, ProgramBelowTheRoot_HasADevicePath) {
+    SetDeviceRoot(ExecutableOnDisk().parent_path().parent_path().string());
+    const fs::path relative =
+        ExecutableOnDisk().lexically_relative(ExecutableOnDisk().parent_path().parent_path());
+    EXPECT_EQ(Executable(), L"\\" + WithBackslashes(relative.wstring()));
+    EXPECT_TRUE(Opens(Executable()));
+}
+
+TEST_F(Device, ProgramOutsideOfTheRoot_HasItsPathOnTheMachine) {
+    EXPECT_EQ(Executable(), WithBackslashes(ExecutableOnDisk().wstring()));
+    SetDeviceRoot(
+        ExecutableOnDisk().string().substr(0, ExecutableOnDisk().string().size() - 1));  // a prefix, no folder
+    EXPECT_EQ(Executable(), WithBackslashes(ExecutableOnDisk().wstring()));
+    SetDeviceRoot("");
+    EXPECT_EQ(Executable(), WithBackslashes(ExecutableOnDisk().wstring()));
+}
+
+TEST_F(Device, ProgramPathInASmallBuffer_IsCut) {
+    const std::wstring whole = Executable();
+    const auto size = static_cast<unsigned>(whole.size());
+    std::wstring path(whole.size() + 2, L'#');
+    EXPECT_EQ(platform::GetModuleFileNameW(path.data(), 5), 5u);
+    EXPECT_EQ(path.substr(0, 6), whole.substr(0, 4) + L'\0' + L'#');
+    EXPECT_EQ(platform::GetModuleFileNameW(path.data(), size), size);
+    EXPECT_EQ(path.substr(0, size), whole.substr(0, size - 1) + L'\0');
+    EXPECT_EQ(platform::GetModuleFileNameW(path.data(), size + 1), size);
+    EXPECT_EQ(path, whole + L'\0' + L'#');
+    EXPECT_EQ(platform::GetModuleFileNameW(path.data(), 1), 1u);
+    EXPECT_EQ(path[0], L'\0');
+    EXPECT_EQ(platform::GetModuleFileNameW(path.data(), 0), 0u);
+    EXPECT_EQ(platform::GetModuleFileNameW(nullptr, 10), 0u);
+}
+
+// ---- paths
+
+TEST_F(Device, ParentNames_NeverClimbAboveTheRoot) {
+    Write("\\dir\\b.gpx", "one");
+    WriteFile(m_root.Path() / "a.gpx", "one");
+    SetDeviceRoot(OnDisk("\\dir").string());
+    for (const wchar_t* path : {L"\\..\\a.gpx", L"..\\a.gpx", L"\\..\\..\\a.gpx", L"/../a.gpx",
+                                L"\\.\\..\\a.gpx", L"\\x\\..\\..\\a.gpx"}) {
+        EXPECT_FALSE(Opens(path));
+        EXPECT_FALSE(platform::DeleteFileW(path));
+    }
+    EXPECT_TRUE(Opens(L"\\..\\..\\b.gpx"));
+    EXPECT_TRUE(Makes(L"\\..\\new.gpx"));
+    EXPECT_TRUE(platform::ReplaceFileContent(L"\\..\\..\\other.gpx", ""));
+    EXPECT_TRUE(platform::CreateDirectoryW(L"\\..\\sub"));
+    EXPECT_TRUE(platform::MoveFileW(L"\\b.gpx", L"\\..\\moved.gpx"));
+    for (const char* name : {"new.gpx", "other.gpx", "sub", "moved.gpx"}) {
+        EXPECT_TRUE(fs::exists(m_root.Path() / "dir" / name));
+        EXPECT_FALSE(fs::exists(m_root.Path() / name));
+    }
+}
+
+TEST_F(Device, NameWithSeparatorsOnDisk_IsNoWayOut) {
+    WriteFile(m_root.Path() / "..\\a.gpx", "one");
+    EXPECT_FALSE(Opens(L"\\..\\a.gpx"));
+}
+
+TEST_F(Device, Separators_MayBeMixedAndRepeated) {
+    Write("\\Track\\a.gpx", "one");
+    for (const wchar_t* path : {L"\\Track\\a.gpx", L"/Track/a.gpx", L"Track\\a.gpx", L"\\\\Track\\\\a.gpx",
+                                L"\\Track/\\a.gpx", L"\\Track\\.\\a.gpx", L"\\App\\..\\Track\\a.gpx"})
+        EXPECT_TRUE(Opens(path));
+}
+
+TEST_F(Device, DotsAndBlanksAtTheEnd_AreDropped) {
+    EXPECT_TRUE(Makes(L"\\a.gpx. "));
+    EXPECT_TRUE(Exists("\\a.gpx"));
+    EXPECT_TRUE(Opens(L"\\a.gpx..."));
+    EXPECT_FALSE(Makes(L"\\..."));
+    EXPECT_FALSE(Makes(L"\\ "));
+}
+
+TEST_F(Device, EveryName_IsFoundInAnyLetterCase) {
+    Write("\\Nav\\Tracks\\Home \xC3\x84\xC3\x96.gpx", "one");     // capital A and O with diaeresis
+    Write("\\Nav\\\xD0\x9F\xD1\x83\xD1\x82\xD1\x8C.gpx", "two");  // Cyrillic
+    Write("\\Nav\\\xCE\xA9.gpx", "three");                        // capital omega
+    EXPECT_TRUE(Opens(L"\\NAV\\tracks\\hOME \xE4\xF6.GPX"));
+    EXPECT_TRUE(Opens(L"\\nav\\\x043F\x0423\x0422\x042C.gpx"));
+    EXPECT_TRUE(Opens(L"\\nav\\\x03C9.gpx"));
+    EXPECT_FALSE(Opens(L"\\nav\\tracks\\home ao.gpx"));
+}
+
+TEST_F(Device, OfNamesInSeveralLetterCases_TheExactOneCounts) {
+    Write("\\Track\\a.gpx", "small");
+    Write("\\Track\\A.GPX", "capital");
+    Write("\\TRACK\\b.gpx", "other");
+    ASSERT_TRUE(platform::DeleteFileW(L"\\Track\\a.gpx"));
+    EXPECT_EQ(BytesOf("\\Track\\A.GPX"), "capital");
+    EXPECT_TRUE(Opens(L"\\TRACK\\b.gpx"));
+    EXPECT_FALSE(Opens(L"\\Track\\b.gpx"));
+    Write("\\Track\\a.gpx", "small");
+    ASSERT_TRUE(platform::DeleteFileW(L"\\Track\\A.Gpx"));  // neither: the first in byte order
+    EXPECT_FALSE(Exists("\\Track\\A.GPX"));
+    EXPECT_TRUE(Exists("\\Track\\a.gpx"));
+}
+
+TEST_F(Device, CharactersAboveTheBasicPlane_AreOneOnDisk) {
+    EXPECT_TRUE(Makes(L"\\\xD83D\xDE00.gpx"));
+    EXPECT_TRUE(Exists("\\\xF0\x9F\x98\x80.gpx"));
+    EXPECT_TRUE(Opens(L"\\\xD83D\xDE00.GPX"));
+}
+
+TEST_F(Device, NameOnDiskThatIsNotUtf8_DoesNoHarm) {
+    WriteFile(m_root.Path() / "a\xFF.gpx", "one");
+    fs::create_directory(m_root.Path() / "\xFE\xFE");
+    Write("\\B.gpx", "two");
+    EXPECT_TRUE(Opens(L"\\b.gpx"));
+    EXPECT_FALSE(Opens(L"\\a\xFFFD.gpx"));
+    EXPECT_TRUE(Makes(L"\\a\xFFFD.gpx"));
+    EXPECT_EQ(ReadFile(m_root.Path() / "a\xFF.gpx"), "one");
+}
+
+TEST_F(Device, LinkedFolder_LeadsWhereItWasLinked) {
+    const TemporaryFolder elsewhere;
+    fs::create_directory_symlink(elsewhere.Path(), m_root.Path() / "SDMMC");
+    EXPECT_TRUE(Makes(L"\\sdmmc\\a.gpx"));
+    EXPECT_TRUE(fs::exists(elsewhere.Path() / "a.gpx"));
+    EXPECT_TRUE(Makes(L"\\SDMMC\\..\\b.gpx"));
+    EXPECT_TRUE(Exists("\\b.gpx"));
+}
+
+}  // namespace
