@@ -1,7 +1,6 @@
 // UTF-8 is our own (platform/posix/utf.h); the other pages are tables (platform/posix/code_page_table.h).
 #include "platform/code_page.h"
 
-#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <cwchar>
@@ -26,7 +25,7 @@ class Destination {
     bool Put(const Units<Unit, Capacity>& character) {
         if (m_size > 0) {
             if (character.count > m_size - m_count) return false;
-            std::copy_n(character.values, character.count, m_start + m_count);
+            for (int i = 0; i < character.count; ++i) m_start[m_count + i] = character.values[i];
         }
         m_count += character.count;
         return true;

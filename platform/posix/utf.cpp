@@ -40,9 +40,8 @@ char Continuation(Character character, int fromLast) {
 
 }  // namespace
 
-Character ReadUtf8(const char*& at, const char* end) {
+Character ReadLongUtf8(const char*& at, const char* end) {
     const auto lead = static_cast<unsigned char>(*at++);
-    if (lead < 0x80) return lead;
     const int following = ContinuationCount(lead);
     Character character = lead & (0x3Fu >> following);
     for (int i = 0; i < following; ++i) {
@@ -54,7 +53,7 @@ Character ReadUtf8(const char*& at, const char* end) {
     return following == 0 ? kReplacement : character;
 }
 
-Character ReadUtf16(const wchar_t*& at, const wchar_t* end) {
+Character ReadHighUtf16(const wchar_t*& at, const wchar_t* end) {
     const auto unit = static_cast<Character>(*at++);
     if (unit > 0xFFFF) return kReplacement;
     if (!IsSurrogate(unit)) return unit;
@@ -63,15 +62,7 @@ Character ReadUtf16(const wchar_t*& at, const wchar_t* end) {
     return 0x10000 + ((unit - 0xD800) << 10) + (static_cast<Character>(*at++) - 0xDC00);
 }
 
-Units<wchar_t, 2> WriteUtf16(Character character) {
-    if (character < 0x10000) return {{static_cast<wchar_t>(character)}, 1};
-    const Character offset = character - 0x10000;
-    return {{static_cast<wchar_t>(0xD800 + (offset >> 10)), static_cast<wchar_t>(0xDC00 + (offset & 0x3FF))},
-            2};
-}
-
-Units<char, 4> WriteUtf8(Character c) {
-    if (c < 0x80) return {{static_cast<char>(c)}, 1};
+Units<char, 4> WriteLongUtf8(Character c) {
     if (c < 0x800) return {{static_cast<char>(0xC0 | c >> 6), Continuation(c, 0)}, 2};
     if (c < 0x10000) return {{static_cast<char>(0xE0 | c >> 12), Continuation(c, 1), Continuation(c, 0)}, 3};
     return {{static_cast<char>(0xF0 | c >> 18), Continuation(c, 2), Continuation(c, 1), Continuation(c, 0)}, 4};

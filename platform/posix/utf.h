@@ -32,4 +32,30 @@ Units<char, 4> WriteUtf8(Character character);
 std::wstring ToUtf16(std::string_view utf8);
 std::string ToUtf8(std::wstring_view utf16);
 
+// Most text is ASCII, and most of the rest below the surrogates: that much is inlined into the loops.
+Character ReadLongUtf8(const char*& at, const char* end);
+inline Character ReadUtf8(const char*& at, const char* end) {
+    const auto byte = static_cast<unsigned char>(*at);
+    return byte < 0x80 ? (++at, byte) : ReadLongUtf8(at, end);
+}
+
+Units<char, 4> WriteLongUtf8(Character character);
+inline Units<char, 4> WriteUtf8(Character character) {
+    if (character < 0x80) return {{static_cast<char>(character)}, 1};
+    return WriteLongUtf8(character);
+}
+
+Character ReadHighUtf16(const wchar_t*& at, const wchar_t* end);
+inline Character ReadUtf16(const wchar_t*& at, const wchar_t* end) {
+    const auto unit = static_cast<Character>(*at);
+    return unit < 0xD800 ? (++at, unit) : ReadHighUtf16(at, end);
+}
+
+inline Units<wchar_t, 2> WriteUtf16(Character character) {
+    if (character < 0x10000) return {{static_cast<wchar_t>(character)}, 1};
+    const Character offset = character - 0x10000;
+    return {{static_cast<wchar_t>(0xD800 + (offset >> 10)), static_cast<wchar_t>(0xDC00 + (offset & 0x3FF))},
+            2};
+}
+
 }  // namespace platform

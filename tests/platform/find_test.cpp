@@ -266,7 +266,7 @@ TEST_F(Searching, HandleThatIsNone_IsHarmless) {
     Write("\\a.gpx", "");
     const Handle search = FindFirstFileW(L"\\a.gpx", &entry);
     EXPECT_TRUE(FindClose(search));
-    for (Handle none : {search, kInvalidHandle, Handle{0}, Handle{1} << 40}) {
+    for (Handle none : {search, kInvalidHandle, Handle{0}, Handle{1000000}}) {
         EXPECT_FALSE(FindNextFileW(none, &entry));
         EXPECT_FALSE(FindClose(none));
     }

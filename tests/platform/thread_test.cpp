@@ -166,7 +166,7 @@ TEST(Thread, UnclosedHandles_LeaveNothingBehind) {
 }
 
 TEST(Thread, HandleThatIsNone_IsHarmless) {
-    for (Handle none : {kInvalidHandle, Handle{0}, Handle{1}, Handle{-2}, Handle{1} << 40}) {
+    for (Handle none : {kInvalidHandle, Handle{0}, Handle{1}, Handle{-2}, Handle{1000000}}) {
         EXPECT_FALSE(TerminateThread(none));
         EXPECT_FALSE(CloseHandle(none));
         EXPECT_FALSE(SetThreadPriority(none, 4));
