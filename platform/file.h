@@ -51,6 +51,9 @@ unsigned GetModuleFileNameW(wchar_t* path, unsigned size);
 // else.
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes);
 
+// Likewise, but never written directly: false, with the file as it was, when it cannot be done in one step.
+bool ExchangeFileContent(const wchar_t* path, const std::string& bytes);
+
 // A new, empty, uniquely named file in the system's temporary folder, for this user's eyes only, open for
 // writing and reading; its path goes to `path` in the form that the two below take. Null when none can be made.
 std::FILE* CreateTemporaryFile(std::string& path);

@@ -71,6 +71,23 @@ bool WriteDirectly(const Target& target, const std::string& bytes) {
 // Errors of a folder, or of a file mounted by itself, that say nothing about writing the file.
 bool IsFolderClosed(int error) { return error == EACCES || error == EPERM || error == EROFS || error == EBUSY; }
 
+enum class Exchanged { Yes, FolderClosed, No };
+
+// Anything but Yes leaves the file as it was.
+Exchanged Exchange(const Target& target, const std::string& bytes) {
+    std::string besidePath;
+    Descriptor beside = MakeUniqueFile(target.folder, target.existing ? 0600 : 0666, besidePath);
+    if (!beside.IsOpen()) return IsFolderClosed(errno) ? Exchanged::FolderClosed : Exchanged::No;
+    const bool isFilled = Fill(beside, target, bytes);
+    if (isFilled && ::rename(besidePath.c_str(), target.path.c_str()) == 0) {
+        CommitFolder(target.folder);
+        return Exchanged::Yes;
+    }
+    const bool isFolderClosed = isFilled && IsFolderClosed(errno);
+    ::unlink(besidePath.c_str());
+    return isFolderClosed ? Exchanged::FolderClosed : Exchanged::No;
+}
+
 std::string TemporaryFolder() {
     const char* folder = std::getenv("TMPDIR");
     return folder == nullptr || *folder == '\0' ? "/tmp" : folder;
@@ -78,20 +95,17 @@ std::string TemporaryFolder() {
 
 }  // namespace
 
+bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
+    const auto target = FindTarget(path);
+    return target && Exchange(*target, bytes) == Exchanged::Yes;
+}
+
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    std::string besidePath;
-    Descriptor beside = MakeUniqueFile(target->folder, target->existing ? 0600 : 0666, besidePath);
-    if (!beside.IsOpen()) return IsFolderClosed(errno) && WriteDirectly(*target, bytes);
-    const bool isFilled = Fill(beside, *target, bytes);
-    if (isFilled && ::rename(besidePath.c_str(), target->path.c_str()) == 0) {
-        CommitFolder(target->folder);
-        return true;
-    }
-    const bool isWorthWriting = isFilled && IsFolderClosed(errno);
-    ::unlink(besidePath.c_str());
-    return isWorthWriting && WriteDirectly(*target, bytes);
+    const Exchanged exchanged = Exchange(*target, bytes);
+    return exchanged == Exchanged::Yes ||
+           (exchanged == Exchanged::FolderClosed && WriteDirectly(*target, bytes));
 }
 
 std::FILE* CreateTemporaryFile(std::string& path) {

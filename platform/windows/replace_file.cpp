@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <optional>
 #include <string_view>
 
 #include "platform/code_page.h"
@@ -48,6 +49,32 @@ bool PutInPlace(const std::wstring& beside, const std::wstring& path, bool exist
     return ::MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH);
 }
 
+struct Target {
+    std::wstring path;
+    bool exists;
+};
+
+std::optional<Target> FindTarget(const wchar_t* path) {
+    const auto file = FindOnHost(path);
+    if (!file || HoldsWildcard(path)) return std::nullopt;
+    const DWORD attributes = ::GetFileAttributesW(file->c_str());
+    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+    if (exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) return std::nullopt;
+    return Target{*file, exists};
+}
+
+enum class Exchanged { Yes, FolderClosed, No };
+
+// Anything but Yes leaves the file as it was.
+Exchanged Exchange(const Target& target, const std::string& bytes) {
+    const std::wstring beside = NameBeside(target.path);
+    if (WriteNewContent(beside, CREATE_NEW, bytes) && PutInPlace(beside, target.path, target.exists))
+        return Exchanged::Yes;
+    const bool isFolderClosed = ::GetLastError() == ERROR_ACCESS_DENIED;
+    ::DeleteFileW(beside.c_str());
+    return isFolderClosed ? Exchanged::FolderClosed : Exchanged::No;
+}
+
 std::wstring FromUtf8(const std::string& text) {
     std::wstring wide(text.size() + 1, L'\0');  // never more units than bytes
     const int length =
@@ -66,17 +93,17 @@ std::string ToUtf8(const wchar_t* text) {
 
 }  // namespace
 
+bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
+    const auto target = FindTarget(path);
+    return target && Exchange(*target, bytes) == Exchanged::Yes;
+}
+
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
-    const auto file = FindOnHost(path);
-    if (!file || HoldsWildcard(path)) return false;
-    const DWORD attributes = ::GetFileAttributesW(file->c_str());
-    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
-    if (exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) return false;
-    const std::wstring beside = NameBeside(*file);
-    if (WriteNewContent(beside, CREATE_NEW, bytes) && PutInPlace(beside, *file, exists)) return true;
-    const bool isFolderClosed = ::GetLastError() == ERROR_ACCESS_DENIED;
-    ::DeleteFileW(beside.c_str());
-    return isFolderClosed && WriteNewContent(*file, CREATE_ALWAYS, bytes);
+    const auto target = FindTarget(path);
+    if (!target) return false;
+    const Exchanged exchanged = Exchange(*target, bytes);
+    return exchanged == Exchanged::Yes ||
+           (exchanged == Exchanged::FolderClosed && WriteNewContent(target->path, CREATE_ALWAYS, bytes));
 }
 
 std::FILE* CreateTemporaryFile(std::string& path) {

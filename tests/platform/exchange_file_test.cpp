@@ -1,0 +1,74 @@
+// A file's content exchanged in one step or not at all; what else is done to a file's content: file_test.cpp.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "platform/file.h"
+#include "tests/support/device.h"
+
+namespace {
+
+// While it exists, the process has no rights of its own.
+class NoRights {
+ public:
+    NoRights() : m_isRoot(::geteuid() == 0) {
+        if (m_isRoot && ::seteuid(65534) != 0) throw std::runtime_error("cannot give the rights up");
+    }
+    ~NoRights() {
+        if (m_isRoot && ::seteuid(0) != 0) std::abort();
+    }
+
+ private:
+    bool m_isRoot;
+};
+
+}  // namespace
+
+class ExchangeFile : public DeviceTest {
+ protected:
+    std::size_t FilesIn(const std::string& folder) const {
+        const auto entries = std::filesystem::directory_iterator(OnDisk(folder));
+        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+    }
+};
+
+TEST_F(ExchangeFile, FileThatIsThere_GetsTheContentAndKeepsItsRights) {
+    Write("\\Track\\a.gpx", "old");
+    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0604));
+    EXPECT_TRUE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new content"));
+    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "new content");
+    EXPECT_EQ(std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions(), std::filesystem::perms(0604));
+    EXPECT_EQ(FilesIn("\\Track"), 1u);
+}
+
+// One that is open keeps what it had: the content was not written over it.
+TEST_F(ExchangeFile, FileThatIsThere_IsNeverWrittenOver) {
+    Write("\\Track\\a.gpx", "old");
+    std::filesystem::create_hard_link(OnDisk("\\Track\\a.gpx"), OnDisk("\\Track\\link"));
+    EXPECT_TRUE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
+    EXPECT_EQ(BytesOf("\\Track\\link"), "old");
+}
+
+TEST_F(ExchangeFile, ReadOnlyFile_StaysAsItIs) {
+    Write("\\Track\\a.gpx", "old");
+    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0444));
+    EXPECT_FALSE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
+    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
+    EXPECT_EQ(FilesIn("\\Track"), 1u);
+}
+
+TEST_F(ExchangeFile, ClosedFolder_LeavesEvenAWritableFileAsItIs) {
+    Write("\\Track\\a.gpx", "old");
+    std::filesystem::permissions(m_root.Path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0555));
+    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0666));
+    {
+        const NoRights noRights;
+        EXPECT_FALSE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
+        EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
+        EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "direct"));
+    }
+    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "direct");
+    std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0755));
+}
