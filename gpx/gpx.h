@@ -11,6 +11,11 @@
 #include "track/point.h"
 #include "util/je_allocator.h"
 
+namespace rapidxml {
+template <class Ch>
+class xml_document;
+}
+
 // The document's metadata. Texts are zero-terminated, in the ANSI code page, at most 64 bytes long; empty ones
 // are not written. Copied as one block.
 struct GpxMetadata {
@@ -69,11 +74,13 @@ class CGPXTransmit {
     bool ImportGpxPoints(const std::wstring& path, GpxTrackInfo* info);
 
  private:
-    struct Document;
+    enum class Content { Whole, Head, Points };
+    bool Import(const std::wstring& path, GpxTrackInfo* info, Content wanted);
+    bool ReadDocument(char* text, Content wanted);
 
     GpxMetadata m_metadata;
     std::int32_t m_iSourceEncoding;  // of the last import: 0 ANSI code page, 1 UTF-8, 2 UTF-16
-    std::unique_ptr<Document> m_pDocument;
+    std::unique_ptr<rapidxml::xml_document<char>> m_pDocument;  // during an import
     GpxTrackInfo* m_pTrackInfo;
     char m_szUtf8[513];  // scratch for one text
 };

@@ -1,0 +1,77 @@
+#include "gpx/gpx_time.h"
+
+#include "gpx/gpx_text.h"
+#include "platform/clock.h"
+#include "util/numbers.h"
+#include "util/time.h"
+
+namespace {
+
+char* WriteTwoDigits(unsigned value, char* to) {
+    to[0] = static_cast<char>('0' + value / 10);
+    to[1] = static_cast<char>('0' + value % 10);
+    return to + 2;
+}
+
+char* WriteField(char separator, unsigned value, char* to) {
+    *to = separator;
+    return WriteTwoDigits(value, to + 1);
+}
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::uint16_t TwoDigits(const char* at) {
+    return static_cast<std::uint16_t>((at[0] - '0') * 10 + (at[1] - '0'));
+}
+
+bool HasUsualForm(std::string_view text) {
+    constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:dd";
+    if (text.size() < kForm.size()) return false;
+    for (std::size_t i = 0; i < kForm.size(); ++i)
+        if (kForm[i] == 'd' ? !IsDigit(text[i]) : text[i] != kForm[i]) return false;
+    return text.size() == kForm.size() || !IsDigit(text[kForm.size()]);
+}
+
+// Nearly every time there is; the same fields that ReadAnyForm finds, without its conversions.
+SYSTEMTIME ReadUsualForm(const char* text) {
+    SYSTEMTIME time{};
+    time.wYear = static_cast<std::uint16_t>(TwoDigits(text) * 100 + TwoDigits(text + 2));
+    time.wMonth = TwoDigits(text + 5);
+    time.wDay = TwoDigits(text + 8);
+    time.wHour = TwoDigits(text + 11);
+    time.wMinute = TwoDigits(text + 14);
+    time.wSecond = TwoDigits(text + 17);
+    return time;
+}
+
+SYSTEMTIME ReadAnyForm(std::string_view text) {
+    constexpr int kLongest = 31;
+    char ansi[kLongest + 1];
+    gpx::ToAnsi(text, ansi, kLongest);
+    SYSTEMTIME time{};
+    if (*ansi == '\0')
+        platform::GetSystemTime(&time);
+    else
+        DTSTR2SYS(ansi, time);
+    return time;
+}
+
+}  // namespace
+
+char* gpx::WriteTime(std::int32_t seconds, char* to) {
+    SYSTEMTIME time{};
+    TimetToSystemTime(seconds, &time);
+    to = numbers::WriteInteger(time.wYear, to);
+    to = WriteField('-', time.wMonth, to);
+    to = WriteField('-', time.wDay, to);
+    to = WriteField('T', time.wHour, to);
+    to = WriteField(':', time.wMinute, to);
+    to = WriteField(':', time.wSecond, to);
+    *to = 'Z';
+    return to + 1;
+}
+
+std::int32_t gpx::ReadTime(std::string_view text) {
+    const SYSTEMTIME time = HasUsualForm(text) ? ReadUsualForm(text.data()) : ReadAnyForm(text);
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(ChangeSYSTIMEToTime_T(time)));
+}
