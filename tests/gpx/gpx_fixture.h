@@ -50,6 +50,7 @@ class GpxTest : public DeviceTest {
     // Puts the document into a file and imports it; what `imported` holds before is what it keeps where the
     // document says nothing.
     bool Import(const std::string& document, Imported& imported, ImportWay way = &CGPXTransmit::ImportGpx) {
+        std::filesystem::remove(OnDisk("\\Track\\imported.gpx"));  // written over, it would wait for the disk
         Write("\\Track\\imported.gpx", document);
         return ImportFile(L"\\Track\\imported.gpx", imported, way);
     }

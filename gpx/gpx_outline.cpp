@@ -1,0 +1,167 @@
+#include "gpx/gpx_outline.h"
+
+#include <array>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "gpx/gpx_names.h"
+#include "gpx/gpx_point.h"
+#include "gpx/xml_node.h"
+#include "gpx/xml_scanner.h"
+
+namespace {
+
+constexpr std::size_t kDeepest =
+    256;  // the parser calls itself for each level, and no GPX document has a dozen
+
+// What an element is, as far as points are concerned. Those of the first trk are read, others only taken out.
+enum class Place {
+    Document,
+    Gpx,
+    Track,
+    Segment,
+    Point,
+    OtherTrack,
+    OtherSegment,
+    Route,
+    OtherPoint,
+    Elsewhere
+};
+
+bool IsPoint(Place place) { return place == Place::Point || place == Place::OtherPoint; }
+
+class OutlineMaker {
+ public:
+    OutlineMaker(char* text, gpx::PointsWanted wanted)
+        : m_scanner(text), m_outlineEnd(text), m_rest(text), m_wanted(wanted) {}
+
+    gpx::Points Run();
+
+ private:
+    void Enter(const Markup& tag);
+    void Leave(const Markup& tag);
+    Place PlaceOf(std::string_view name);
+    void BeginSegment();
+    void TakeOut(Place place, char* begin, char* end);
+    void Parse(Place place, char* begin, char* end);
+    bool IsWanted(Place place) const;
+    void Keep(std::string_view part);
+
+    XmlScanner m_scanner;
+    char* m_outlineEnd;  // the outline grows over the text that has been scanned
+    char* m_rest;        // of the text: neither in the outline yet nor taken out
+    gpx::PointsWanted m_wanted;
+
+    std::array<Place, kDeepest + 1> m_places{Place::Document};  // from the document down to the element scanned
+    std::size_t m_depth = 0;
+    bool m_hasGpx = false;
+    bool m_hasTrack = false;
+    int m_segments = 0;
+    bool m_isSegmentEmpty = true;
+    char* m_pointBegin = nullptr;
+
+    std::unique_ptr<gpx::XmlDocument> m_parsed =
+        std::make_unique<gpx::XmlDocument>();  // brings 64 KiB of its own
+    TckPt m_point{};
+    gpx::Points m_points;
+};
+
+gpx::Points OutlineMaker::Run() {
+    Markup markup = m_scanner.Next();
+    for (; markup.kind != MarkupKind::None; markup = m_scanner.Next()) {
+        if (markup.kind == MarkupKind::StartTag || markup.kind == MarkupKind::EmptyTag) Enter(markup);
+        if (markup.kind == MarkupKind::EndTag || markup.kind == MarkupKind::EmptyTag) Leave(markup);
+    }
+    Keep({m_rest, markup.end});
+    *m_outlineEnd = '\0';
+    return std::move(m_points);
+}
+
+void OutlineMaker::Enter(const Markup& tag) {
+    if (m_depth == kDeepest) throw rapidxml::parse_error("nested too deep", tag.begin);
+    const Place place = PlaceOf(tag.name);
+    m_places[++m_depth] = place;
+    if (place == Place::Segment) BeginSegment();
+    if (IsPoint(place)) m_pointBegin = tag.begin;
+}
+
+void OutlineMaker::Leave(const Markup& tag) {
+    if (m_depth == 0) throw rapidxml::parse_error("end tag without start tag", tag.begin);
+    const Place place = m_places[m_depth--];
+    if (IsPoint(place)) TakeOut(place, m_pointBegin, tag.end);
+}
+
+// Of an element in the one scanned last.
+Place OutlineMaker::PlaceOf(std::string_view name) {
+    switch (m_places[m_depth]) {
+        case Place::Document:
+            if (name == gpx::kGpx && !std::exchange(m_hasGpx, true)) return Place::Gpx;
+            break;
+        case Place::Gpx:
+            if (name == gpx::kTrack) return std::exchange(m_hasTrack, true) ? Place::OtherTrack : Place::Track;
+            if (name == gpx::kRoute) return Place::Route;
+            if (name == gpx::kWaypoint) return Place::OtherPoint;
+            break;
+        case Place::Track:
+            if (name == gpx::kSegment) return Place::Segment;
+            break;
+        case Place::Segment:
+            if (name == gpx::kPoint) return Place::Point;
+            break;
+        case Place::OtherTrack:
+            if (name == gpx::kSegment) return Place::OtherSegment;
+            break;
+        case Place::OtherSegment:
+            if (name == gpx::kPoint) return Place::OtherPoint;
+            break;
+        case Place::Route:
+            if (name == gpx::kRoutePoint) return Place::OtherPoint;
+            break;
+        default:
+            break;
+    }
+    return Place::Elsewhere;
+}
+
+// KEPT: within a segment a point takes over what it does not state from the point before it, for the tracks of
+// devices that write an altitude or a time only when it changes. Pinned by
+// GpxPoints.WithoutElevation_TakesTheLastOne.
+void OutlineMaker::BeginSegment() {
+    m_point = TckPt{};
+    ++m_segments;
+    m_isSegmentEmpty = true;
+}
+
+// What is left in its place keeps the text on both sides apart, and shows that the segment has a point.
+void OutlineMaker::TakeOut(Place place, char* begin, char* end) {
+    Keep({m_rest, begin});
+    Parse(place, begin, end);
+    const bool isFirst = place == Place::Point && std::exchange(m_isSegmentEmpty, false);
+    Keep(isFirst ? "<trkpt/>" : " ");
+    m_rest = end;
+}
+
+// Points that are not wanted are parsed too: a document with an error anywhere is refused.
+void OutlineMaker::Parse(Place place, char* begin, char* end) {
+    const char behind = std::exchange(*end, '\0');
+    m_parsed->parse<rapidxml::parse_default>(begin);
+    if (IsWanted(place) && gpx::ReadPoint(*m_parsed->first_node(), m_point)) m_points.push_back(m_point);
+    m_parsed->clear();
+    *end = behind;
+}
+
+bool OutlineMaker::IsWanted(Place place) const {
+    if (place != Place::Point) return false;
+    return m_wanted == gpx::PointsWanted::OfAllSegments ||
+           (m_wanted == gpx::PointsWanted::OfFirstSegment && m_segments == 1);
+}
+
+void OutlineMaker::Keep(std::string_view part) {
+    std::memmove(m_outlineEnd, part.data(), part.size());
+    m_outlineEnd += part.size();
+}
+
+}  // namespace
+
+gpx::Points gpx::TakeOutPoints(char* text, PointsWanted wanted) { return OutlineMaker(text, wanted).Run(); }

@@ -1,0 +1,142 @@
+#include "gpx/gpx_source.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+#include <string_view>
+
+#include "gpx/gpx_text.h"
+#include "platform/code_page.h"
+#include "platform/file.h"
+
+namespace {
+
+constexpr unsigned kCodePageOfUtf16 = 936;
+
+struct Closer {
+    void operator()(std::FILE* stream) const { platform::fclose(stream); }
+};
+using Stream = std::unique_ptr<std::FILE, Closer>;
+
+// How much there is to read, as a guess: the file may change meanwhile.
+std::size_t GuessSize(std::FILE* stream) {
+    std::fseek(stream, 0, SEEK_END);
+    const long size = std::ftell(stream);
+    std::rewind(stream);
+    return size > 0 ? static_cast<std::size_t>(size) : 0;
+}
+
+std::string ReadAll(std::FILE* stream) {
+    if (stream == nullptr) throw std::runtime_error("cannot open file");
+    std::string text(GuessSize(stream) + 1, '\0');
+    std::size_t size = 0;
+    while (const std::size_t got = std::fread(text.data() + size, 1, text.size() - size, stream)) {
+        size += got;
+        if (size == text.size()) text.resize(2 * size);
+    }
+    if (std::ferror(stream) != 0) throw std::runtime_error("cannot read file");
+    text.resize(size);
+    return text;
+}
+
+std::string ReadFile(const std::wstring& path) {
+    return ReadAll(Stream(platform::_wfopen(path.c_str(), L"rb")).get());
+}
+
+// Whether a line feed without a carriage return stands among the first 256 bytes. A text that holds a zero is
+// none whose lines could be cut: UTF-16 above all.
+bool NeedsCarriageReturns(std::string_view text) {
+    constexpr std::size_t kLookedAt = 256;
+    const std::string_view start = text.substr(0, kLookedAt);
+    for (std::size_t at = start.find('\n'); at != start.npos; at = start.find('\n', at + 1))
+        if (at == 0 || start[at - 1] != '\r') return text.find('\0') == text.npos;
+    return false;
+}
+
+// KEPT: cut at every line feed, so empty lines vanish, and where the lines ended differently the carriage
+// return that was there stays beside the new one. Pinned by GpxLineEnds.*.
+std::string WithCarriageReturns(std::string_view text) {
+    std::string rewritten;
+    rewritten.reserve(text.size() + text.size() / 16);
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        if (!line.empty()) rewritten.append(line).append("\r\n");
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+    }
+    return rewritten;
+}
+
+// The user's file is exchanged in one step, or else left alone and read as it is.
+void RewriteLineEnds(const std::wstring& path, std::string& text) {
+    if (!NeedsCarriageReturns(text)) return;
+    std::string rewritten = WithCarriageReturns(text);
+    if (platform::ExchangeFileContent(path.c_str(), rewritten)) text = std::move(rewritten);
+}
+
+std::int32_t DetectEncoding(std::string_view text) {
+    constexpr std::size_t kLookedAt = 64;
+    const std::string_view mark = text.substr(0, 2);
+    if (mark == "\xFF\xFE" || mark == "\xFE\xFF") return gpx::kUtf16;
+    if (text.substr(0, 3) == "\xEF\xBB\xBF") return gpx::kUtf8;
+    return text.substr(0, kLookedAt).find("UTF-8") == text.npos ? gpx::kAnsi : gpx::kUtf8;
+}
+
+// KEPT: the units are little-endian whatever the byte order mark says, so a big-endian document is not
+// understood. Pinned by GpxEncoding.BigEndianUtf16_IsRefused.
+std::wstring Utf16Units(std::string_view bytes) {
+    std::wstring units(bytes.size() / 2, L'\0');
+    for (std::size_t i = 0; i < units.size(); ++i)
+        units[i] = static_cast<wchar_t>(static_cast<unsigned char>(bytes[2 * i]) |
+                                        static_cast<unsigned char>(bytes[2 * i + 1]) << 8);
+    return units;
+}
+
+// As far as the first zero.
+std::string InCodePage936(std::string_view utf16) {
+    if (utf16.size() > std::numeric_limits<int>::max()) throw std::runtime_error("file too large");
+    const std::wstring units = Utf16Units(utf16);
+    std::string text(utf16.size(), '\0');
+    platform::WideCharToMultiByte(kCodePageOfUtf16, units.data(), static_cast<int>(units.size()), text.data(),
+                                  static_cast<int>(text.size()));
+    text.resize(text.find('\0') == text.npos ? text.size() : text.find('\0'));
+    return text;
+}
+
+// Open as long as it exists, and removed at the end, whatever happens.
+class TemporaryFile {
+ public:
+    TemporaryFile() : m_pStream(platform::CreateTemporaryFile(m_strPath)) {
+        if (!m_pStream) throw std::runtime_error("cannot make a temporary file");
+    }
+    ~TemporaryFile() {
+        m_pStream.reset();
+        platform::DeleteTemporaryFile(m_strPath);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    std::FILE* Get() const { return m_pStream.get(); }
+
+ private:
+    std::string m_strPath;
+    Stream m_pStream;
+};
+
+std::string ThroughTemporaryFile(const std::string& text) {
+    const TemporaryFile file;
+    if (std::fwrite(text.data(), 1, text.size(), file.Get()) != text.size() || std::fflush(file.Get()) != 0)
+        throw std::runtime_error("cannot write the temporary file");
+    return ReadAll(file.Get());
+}
+
+}  // namespace
+
+std::string gpx::LoadSource(const std::wstring& path, std::int32_t& encoding) {
+    std::string text = ReadFile(path);
+    RewriteLineEnds(path, text);
+    encoding = DetectEncoding(text);
+    if (encoding == kUtf16) return ThroughTemporaryFile(InCodePage936(std::string_view(text).substr(2)));
+    const std::wstring parsed = PathInAnsi(path);
+    return parsed == path ? text : ReadFile(parsed);
+}

@@ -1,0 +1,44 @@
+// Goes through an XML text markup by markup and tells where each begins and ends, without keeping anything of
+// it. It takes for a tag what the RapidXML parser takes for one, so a text can be cut between two markups and
+// each part given to the parser.
+#pragma once
+
+#include <string_view>
+
+enum class MarkupKind {
+    StartTag,
+    EmptyTag,  // <a/>
+    EndTag,
+    Other,  // a comment, CDATA section, processing instruction, declaration or document type
+    None    // the text is at its end
+};
+
+struct Markup {
+    MarkupKind kind;
+    char* begin;            // at its <
+    char* end;              // behind its >
+    std::string_view name;  // of a start or empty tag
+};
+
+class XmlScanner {
+ public:
+    // The text is zero-terminated, and scanned up to its first zero.
+    explicit XmlScanner(char* text);
+
+    // The next markup; what stands before it is passed over. Throws rapidxml::parse_error for one that has no
+    // end.
+    Markup Next();
+
+ private:
+    Markup ScanEndTag(char* begin);
+    Markup ScanStartTag(char* begin);
+    Markup ScanOther(char* begin);
+    Markup ScanDocumentType(char* begin);
+    Markup PassOver(char* begin, char* content, std::string_view terminator);
+    void ScanAttribute();
+    void SkipBlanks();
+    void Expect(char c);
+
+    char* m_at;
+    char* m_end;
+};

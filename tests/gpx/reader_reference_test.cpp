@@ -1,0 +1,215 @@
+// The reader against the plain one, on damaged documents: both must refuse the same and find the same.
+#include <random>
+
+#include "tests/gpx/gpx_fixture.h"
+#include "tests/gpx/reference_reader.h"
+#include "tests/support/recorded_data.h"
+
+namespace {
+
+// An empty time means now; the two readers run at slightly different times.
+void BlurNow(std::int32_t& time) {
+    SYSTEMTIME clock{};
+    platform::GetSystemTime(&clock);
+    const auto now = static_cast<std::int32_t>(ChangeSYSTIMEToTime_T(clock));
+    if (std::llabs(static_cast<long long>(time) - now) < 100) time = 123456789;
+}
+
+void BlurNow(Imported& imported) {
+    BlurNow(imported.info.startTime);
+    BlurNow(imported.info.endTime);
+    for (TckPt& point : imported.points) BlurNow(point.lTime);
+}
+
+std::string HeaderBytes(const GpxTrackInfo& info) {
+    GpxTrackInfo copy;
+    std::memset(&copy, 0, sizeof copy);
+    std::memcpy(&copy, &info, sizeof copy);
+    copy.points = nullptr;
+    return {reinterpret_cast<const char*>(&copy), sizeof copy};
+}
+
+void ExpectSame(Imported& actual, Imported& expected) {
+    BlurNow(actual);
+    BlurNow(expected);
+    ASSERT_EQ(actual.isRead, expected.isRead);
+    EXPECT_EQ(std::memcmp(&actual.metadata, &expected.metadata, sizeof(GpxMetadata)), 0);
+    EXPECT_EQ(HeaderBytes(actual.info), HeaderBytes(expected.info));
+    EXPECT_EQ(actual.points, expected.points);
+}
+
+// Line ends that the reader leaves alone: it would rewrite the file, which takes the time of a disk's commit.
+std::string WithCrLf(const std::string& text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '\n' && !result.ends_with('\r')) result += '\r';
+        result += c;
+    }
+    return result;
+}
+
+// Damages a document as programs, storages and people do.
+class Vandal {
+ public:
+    explicit Vandal(std::uint32_t seed) : m_random(seed) {}
+
+    void Damage(std::string& text) {
+        for (auto count = 1 + m_random() % 4; count > 0; --count) DamageOnce(text);
+    }
+
+ private:
+    void DamageOnce(std::string& text) {
+        const std::size_t at = m_random() % (text.size() + 1);
+        const std::size_t length = m_random() % 3 == 0 ? m_random() % 200 : m_random() % 12;
+        switch (m_random() % 6) {
+            case 0:
+                text.erase(at, length);
+                break;
+            case 1:
+                text.insert(at, text.substr(m_random() % (text.size() + 1), length));
+                break;
+            case 2:
+                text.insert(at, kPieces[m_random() % std::size(kPieces)]);
+                break;
+            case 3:
+                text.insert(text.find('<', at) == text.npos ? at : text.find('<', at),
+                            kPieces[m_random() % std::size(kPieces)]);
+                break;
+            case 4:
+                Replace(text, at, kMarks[m_random() % kMarks.size()]);
+                break;
+            default:
+                Replace(text, at, static_cast<char>(m_random()));
+                break;
+        }
+    }
+    static void Replace(std::string& text, std::size_t at, char c) {
+        if (at < text.size()) text[at] = c;
+    }
+
+    static constexpr std::string_view kMarks = "<>/!?&;\"'=[]-# x1.";
+    static constexpr const char* kPieces[] = {"<!-- a > b -->",
+                                              "<!--",
+                                              "-->",
+                                              "<![CDATA[x]]>",
+                                              "<![CDATA[ <y> ]]>",
+                                              "<![CDATA[",
+                                              "]]>",
+                                              "<?pi ?>",
+                                              "<?",
+                                              "?>",
+                                              "<!DOCTYPE a [<!ENTITY b \"c\">]>",
+                                              "<!DOCTYPE a>",
+                                              "<!DOCTYPE ",
+                                              "<!x>",
+                                              "<trkpt/>",
+                                              "<trkpt lat='1' lon='2'/>",
+                                              "<trkpt lat=\"3>\" lon=\"/4\"><ele>5</ele></trkpt>",
+                                              "<trkpt lat=\"&#49;\" lon='&quot;'>",
+                                              "</trkpt>",
+                                              "<trkseg>",
+                                              "</trkseg>",
+                                              "<trkseg/>",
+                                              "<trk>",
+                                              "</trk>",
+                                              "<gpx>",
+                                              "</gpx>",
+                                              "</wrong>",
+                                              "</>",
+                                              "<>",
+                                              "<a/",
+                                              "<a b>",
+                                              "<wpt/>",
+                                              "<rte><rtept a='b'/></rte>",
+                                              "<ele>1</ele>",
+                                              "<ele/>",
+                                              "<time/>",
+                                              "<time>2001-09-09T01:46:40Z</time>",
+                                              "&#65;",
+                                              "&#x41;",
+                                              "&#",
+                                              "&#x110000;",
+                                              "&lt;",
+                                              "&unknown;",
+                                              "&#60;trkpt/&#62;",
+                                              "\r\n",
+                                              "<name>n</name>",
+                                              "<extensions/>",
+                                              "<extensions><color>7</color></extensions>",
+                                              "<email id=\"a\" domain=\"b\"/>",
+                                              "<bounds minlat=\"1.5\"/>"};
+
+    std::mt19937 m_random;
+};
+
+const std::string kSample =
+    "\xEF\xBB\xBF<?xml version=\"1.0\"?>\r\n<!DOCTYPE gpx>\r\n<gpx version=\"1.1\"><!-- trkpt -->\r\n"
+    "<name>N &amp; M</name><desc><![CDATA[a < b]]></desc><author><name>Jo</name></author>"
+    "<email id='jo' domain='example'/><bounds minlat='1' maxlon=\"2.5\"/><wpt lat='1' "
+    "lon='2'><name>w</name></wpt>\r\n"
+    "<trk><name>T</name><number>3</number><extensions><color>-5</color><visible>1</visible><length>12.5</"
+    "length>"
+    "<starttime>2001-09-09T01:46:40Z</starttime></extensions>\r\n"
+    "<trkseg>\r\n<trkpt lat=\"47.5\" lon=\"8.25\"><ele>400</ele><time>2001-09-09T01:46:40Z</time></trkpt>\r\n"
+    "<trkpt lon='9' lat='48'/><trkpt lat='1'/>text<trkpt lat=\"-1e1\" "
+    "lon=\"0x10\"><x><ele>9</ele></x><ele>7</ele>"
+    "</trkpt></trkseg>\r\n<trkseg/><trkseg><trkpt lat=\"2\" lon=\"3\"><time>x</time></trkpt></trkseg></trk>\r\n"
+    "<trk><trkseg><trkpt lat='5' lon='6'/></trkseg></trk><rte><rtept lat='7' lon='8'/></rte></gpx>\r\n";
+
+}  // namespace
+
+class GpxReaderReference : public GpxTest {
+ protected:
+    // In each of the three ways. Tells whether the document was read.
+    bool ExpectReadAlike(const std::string& document) {
+        using Content = ReferenceReader::Content;
+        ExpectReadAlike(document, &CGPXTransmit::ImportGpxHead, Content::Head);
+        ExpectReadAlike(document, &CGPXTransmit::ImportGpxPoints, Content::FirstPoints);
+        return ExpectReadAlike(document, &CGPXTransmit::ImportGpx, Content::Whole);
+    }
+
+ private:
+    bool ExpectReadAlike(const std::string& document, ImportWay way, ReferenceReader::Content wanted) {
+        const std::string text = WithCrLf(document);
+        Imported actual, expected;
+        Import(text, actual, way);
+        ReferenceReader().Read(text, wanted, expected);
+        ExpectSame(actual, expected);
+        return expected.isRead;
+    }
+};
+
+TEST_F(GpxReaderReference, Sample_IsReadAlike) {
+    Imported sample;
+    ASSERT_TRUE(Import(kSample, sample));
+    EXPECT_EQ(sample.points.size(), 4u);
+    ExpectReadAlike(kSample);
+}
+
+TEST_F(GpxReaderReference, DamagedSample_IsReadOrRefusedAlike) {
+    int read = 0;
+    for (std::uint32_t seed = 0; seed < 10000 && !HasFailure(); ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        std::string document = kSample;
+        Vandal(seed).Damage(document);
+        read += ExpectReadAlike(document) ? 1 : 0;
+    }
+    EXPECT_GT(read, 1000);  // enough of both kinds that the comparison means something
+    EXPECT_LT(read, 9000);
+}
+
+TEST_F(GpxReaderReference, DamagedRecordings_AreReadOrRefusedAlike) {
+    const auto files = RecordedFiles("gpx");
+    if (files.empty()) GTEST_SKIP() << "no recorded data here";
+    for (const auto& file : files) {
+        std::string document = ReadFile(file);
+        const bool isText = document.find('\0') == document.npos && file.extension() == ".gpx";
+        if (!isText || document.size() > 20000) continue;
+        for (std::uint32_t seed = 0; seed < 50 && !HasFailure(); ++seed) {
+            SCOPED_TRACE(file.filename().string() + " seed " + std::to_string(seed));
+            std::string damaged = document;
+            if (seed > 0) Vandal(seed).Damage(damaged);
+            ExpectReadAlike(damaged);
+        }
+    }
+}
