@@ -1,0 +1,56 @@
+#include "host/device_folder.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace host {
+namespace {
+
+// A full recording saved without any thinning takes about 1.5 MB.
+constexpr std::uintmax_t kRoomForASave = 4'000'000;
+
+fs::path FromEnvironment(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value == nullptr ? fs::path() : fs::path(value);
+}
+
+}  // namespace
+
+fs::path DefaultDeviceFolder() {
+    if (const fs::path device = FromEnvironment("QTRACE_DEVICE"); !device.empty()) return device;
+    if (const fs::path data = FromEnvironment("XDG_DATA_HOME"); data.is_absolute()) return data / "qtrace";
+    const fs::path home = FromEnvironment("HOME");
+    return home.empty() ? home : home / ".local" / "share" / "qtrace";
+}
+
+DeviceFolder::DeviceFolder(const fs::path& root) : m_root(fs::absolute(root).lexically_normal()) {}
+
+std::optional<std::string> DeviceFolder::Prepare() const {
+    for (const fs::path& folder : {Recording(), Tracks()}) {
+        std::error_code problem;
+        fs::create_directories(folder, problem);
+        if (problem) return "the folder " + folder.string() + " cannot be made: " + problem.message();
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> DeviceFolder::TrackFiles() const {
+    std::vector<std::string> names;
+    std::error_code unreadable;
+    for (const auto& entry : fs::directory_iterator(Tracks(), unreadable))
+        if (entry.path().extension() == ".gpx") names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+bool DeviceFolder::HasRoom() const {
+    std::error_code unknown;
+    const fs::space_info space = fs::space(m_root, unknown);
+    return !unknown && space.available >= kRoomForASave;
+}
+
+}  // namespace host

@@ -1,0 +1,42 @@
+// The folder of this machine that stands for the device's file tree, and how the host lays it out:
+//   App/              the live recording's files
+//   UserData/Track/   the saved tracks; recordings are saved here too, so that they appear in the library
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+// Device paths of the layout.
+inline constexpr const char* kProgramFolder = "\\App";
+inline constexpr const char* kUserDataFolder = "\\UserData";
+inline constexpr const char* kTrackFolder = "\\UserData\\Track";
+
+// $QTRACE_DEVICE, else $XDG_DATA_HOME/qtrace, else ~/.local/share/qtrace; empty when none of the three is set.
+std::filesystem::path DefaultDeviceFolder();
+
+class DeviceFolder {
+ public:
+    explicit DeviceFolder(const std::filesystem::path& root);
+
+    // Makes the folders that are missing. Otherwise says which one cannot be made, and why.
+    std::optional<std::string> Prepare() const;
+
+    const std::filesystem::path& Root() const { return m_root; }  // absolute
+    std::filesystem::path Recording() const { return m_root / "App"; }
+    std::filesystem::path Tracks() const { return m_root / "UserData" / "Track"; }
+
+    // File names of the saved tracks, in name order.
+    std::vector<std::string> TrackFiles() const;
+
+    // Whether a whole recording can be saved and some room is left for the system.
+    bool HasRoom() const;
+
+ private:
+    std::filesystem::path m_root;
+};
+
+}  // namespace host

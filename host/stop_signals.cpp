@@ -1,0 +1,50 @@
+#include "host/stop_signals.h"
+
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+namespace host {
+namespace {
+
+bool IsIgnored(int signal) {
+    struct sigaction action {};
+    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
+}
+
+sigset_t StopSet() {
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        if (!IsIgnored(signal)) sigaddset(&set, signal);
+    return set;
+}
+
+}  // namespace
+
+StopSignals::StopSignals() {
+    const sigset_t set = StopSet();
+    pthread_sigmask(SIG_BLOCK, &set, &m_before);
+    m_signals = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (m_signals < 0) throw std::system_error(errno, std::generic_category(), "signals cannot be watched");
+}
+
+StopSignals::~StopSignals() {
+    signalfd_siginfo taken;
+    while (read(m_signals, &taken, sizeof taken) > 0) continue;  // asked and answered: the stop was clean
+    close(m_signals);
+    pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+}
+
+bool StopSignals::WaitForInput(int descriptor) {
+    std::array<pollfd, 2> watched = {pollfd{m_signals, POLLIN, 0}, pollfd{descriptor, POLLIN, 0}};
+    while (!m_requested && poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) continue;
+    if (watched[0].revents != 0) m_requested = true;
+    return !m_requested;
+}
+
+}  // namespace host
