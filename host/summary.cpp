@@ -40,10 +40,11 @@ std::string RefusedByReason(const NmeaCounts& counts) {
 void PrintInput(const std::string& name, const NmeaCounts& counts) {
     PrintLine("Input", name);
     PrintLine("  read", Counted(counts.fixes, "fix", "fixes") + " from " +
-                            Counted(counts.sentences, "sentence", "sentences") + ", " +
-                            std::to_string(counts.others) + " of them of other kinds");
+                            Counted(counts.sentences, "sentence", "sentences"));
     if (counts.Refused() != 0) PrintLine("  refused", RefusedByReason(counts));
-    if (counts.otherLines != 0) PrintLine("  skipped", Counted(counts.otherLines, "other line", "other lines"));
+    if (counts.otherLines != 0)
+        PrintLine("  skipped",
+                  Counted(counts.otherLines, "line that is no sentence", "lines that are no sentence"));
 }
 
 void PrintRecording(const LiveRecording& recording, const RecordingSettings& settings) {

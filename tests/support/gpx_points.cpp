@@ -23,7 +23,8 @@ std::string GpxTime(std::string date, const std::string& clock) {
     return date + 'T' + clock + 'Z';
 }
 
-std::vector<std::string> Split(const std::string& line) {
+std::vector<std::string> Split(std::string line) {
+    if (line.ends_with('\r')) line.pop_back();
     std::vector<std::string> fields;
     std::istringstream stream(line);
     for (std::string field; std::getline(stream, field, ',');) fields.push_back(field);
@@ -62,6 +63,7 @@ std::optional<std::vector<GpxPoint>> GpxPointsByGpsbabel(const std::filesystem::
     std::vector<GpxPoint> points;
     while (std::getline(lines, line)) {
         const std::vector<std::string> fields = Split(line);
+        if (fields.empty()) continue;
         if (fields.size() <= std::max({latitude, longitude, date, time})) return std::nullopt;
         points.push_back({fields[latitude], fields[longitude], GpxTime(fields[date], fields[time])});
     }
