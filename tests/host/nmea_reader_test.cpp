@@ -1,5 +1,7 @@
 #include "host/nmea_reader.h"
 
+#include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -146,6 +148,25 @@ TEST_F(Reader, EachSentence_IsAccountedFor) {
         EXPECT_EQ(counts.Refused(why), count) << NameOf(why);
     EXPECT_EQ(counts.sentences, 2 + counts.Refused() + counts.others);
     EXPECT_EQ(counts.otherLines, 1u);
+}
+
+// Damage of every kind: a tenth of a percent of the bytes become any other byte.
+TEST_F(Reader, DamagedLog_AccountsForEachSentence) {
+    for (unsigned seed = 1; seed <= 20; ++seed) {
+        std::mt19937 random(seed);
+        std::string log = ReadFile(std::filesystem::path(QTRACE_SAMPLES) / "drive.nmea").substr(0, 60'000);
+        for (int i = 0; i < 60; ++i) log[random() % log.size()] = static_cast<char>(random());
+        std::uint64_t fixes = 0;
+        NmeaReader reader([&](const TckPt&) { ++fixes; });
+        reader.Push(log);
+        reader.Finish();
+        const NmeaCounts counts = reader.Counts();
+        const std::uint64_t used = counts.sentences - counts.Refused() - counts.others;
+        EXPECT_EQ(fixes, counts.fixes) << "seed " << seed;
+        EXPECT_TRUE(used >= fixes && used <= 2 * fixes) << "seed " << seed;
+        EXPECT_GT(counts.Refused(), 10u) << "seed " << seed;
+        EXPECT_GT(fixes, 300u) << "seed " << seed;
+    }
 }
 
 struct Log {
