@@ -154,6 +154,8 @@ TEST_F(Device, DotsAndBlanksAtTheEnd_AreDropped) {
     EXPECT_TRUE(Makes(L"\\a.gpx. "));
     EXPECT_TRUE(Exists("\\a.gpx"));
     EXPECT_TRUE(Opens(L"\\a.gpx..."));
+    Write("\\Track\\a.gpx", "");
+    EXPECT_FALSE(Opens(L"\\Track.\\a.gpx"));  // of the last name only
     EXPECT_FALSE(Makes(L"\\..."));
     EXPECT_FALSE(Makes(L"\\ "));
 }
@@ -176,10 +178,16 @@ TEST_F(Device, OfNamesInSeveralLetterCases_TheExactOneCounts) {
     EXPECT_EQ(BytesOf("\\Track\\A.GPX"), "capital");
     EXPECT_TRUE(Opens(L"\\TRACK\\b.gpx"));
     EXPECT_FALSE(Opens(L"\\Track\\b.gpx"));
-    Write("\\Track\\a.gpx", "small");
-    ASSERT_TRUE(platform::DeleteFileW(L"\\Track\\A.Gpx"));  // neither: the first in byte order
-    EXPECT_FALSE(Exists("\\Track\\A.GPX"));
-    EXPECT_TRUE(Exists("\\Track\\a.gpx"));
+}
+
+TEST_F(Device, OfNamesInOtherLetterCases_TheFirstInByteOrderCounts) {
+    for (const char* name : {"abc", "abC", "aBc", "aBC", "Abc", "AbC", "ABc"})
+        Write(std::string("\\Track\\") + name, "");
+    ASSERT_TRUE(platform::DeleteFileW(L"\\Track\\ABC"));
+    EXPECT_FALSE(Exists("\\Track\\ABc"));
+    ASSERT_TRUE(platform::DeleteFileW(L"\\Track\\ABC"));
+    EXPECT_FALSE(Exists("\\Track\\AbC"));
+    EXPECT_TRUE(Exists("\\Track\\Abc"));
 }
 
 TEST_F(Device, CharactersAboveTheBasicPlane_AreOneOnDisk) {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/file.h"
+#include "platform/posix/move.h"
 #include "tests/support/device.h"
 
 namespace fs = std::filesystem;
@@ -184,6 +185,14 @@ TEST_P(Moving, ExistingTarget_IsNeverReplaced) {
     EXPECT_EQ(BytesOf("\\b.dat"), "two");
     EXPECT_TRUE(IsFolder("\\dir"));
     EXPECT_TRUE(fs::is_symlink(OnDisk("\\dangling")));
+}
+
+TEST_P(Moving, TargetThatAppearsAtTheLastMoment_IsNeverReplaced) {
+    Write("\\a.dat", "one");
+    Write("\\b.dat", "two");
+    EXPECT_FALSE(platform::MoveWithoutReplacing(OnDisk("\\a.dat"), OnDisk("\\b.dat")));
+    EXPECT_EQ(BytesOf("\\a.dat"), "one");
+    EXPECT_EQ(BytesOf("\\b.dat"), "two");
 }
 
 TEST_P(Moving, Folder_TakesItsContentAlong) {

@@ -118,7 +118,9 @@ struct SelfStop {
 
     static unsigned long Run(void* argument) {
         SelfStop& test = *static_cast<SelfStop*>(argument);
-        test.answer = TerminateThread(test.itself.get_future().get());
+        const Handle itself = test.itself.get_future().get();
+        test.answer =
+            TerminateThread(itself) || TerminateThread(itself);  // waiting for itself twice would be too long
         test.heard = StopRequested();
         return 0;
     }
@@ -163,6 +165,15 @@ TEST(Thread, UnclosedHandles_LeaveNothingBehind) {
         ASSERT_NE(thread, kInvalidHandle);
         ASSERT_TRUE(TerminateThread(thread));
     }
+}
+
+TEST(Thread, HandleOfAnEndedThread_IsClosedAlready) {
+    Work work;
+    const Handle thread = CreateThread(Work::Once, &work);
+    ASSERT_TRUE(TerminateThread(thread));
+    EXPECT_TRUE(CloseHandle(thread));
+    EXPECT_TRUE(CloseHandle(thread));
+    EXPECT_TRUE(TerminateThread(thread));
 }
 
 TEST(Thread, HandleThatIsNone_IsHarmless) {
