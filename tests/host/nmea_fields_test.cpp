@@ -1,10 +1,11 @@
 #include "host/nmea_fields.h"
 
-#include <clocale>
 #include <cmath>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/german_locale.h"
 
 namespace host {
 namespace {
@@ -184,11 +185,9 @@ TEST(GgaFields, MalformedFields_AreRefused) {
 }
 
 TEST(NmeaNumbers, CommaLocale_ReadsTheSame) {
-    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
-        GTEST_SKIP() << "the locale de_DE.UTF-8 is not installed";
-    const double speed = FixWith(7, "45.1").dSpeed;
-    std::setlocale(LC_ALL, "C");
-    EXPECT_DOUBLE_EQ(speed, 45.1 * 1852 / 3600);
+    const GermanLocale german;
+    if (!german.Active()) GTEST_SKIP() << "no German locale can be made here (localedef, package locales)";
+    EXPECT_DOUBLE_EQ(FixWith(7, "45.1").dSpeed, 45.1 * 1852 / 3600);
 }
 
 }  // namespace
