@@ -1,0 +1,262 @@
+// Loading runs on a thread of its own: what others see of it, what it calls, and what is left when it is
+// stopped.
+#include <atomic>
+#include <semaphore>
+
+#include "tests/library/library_fixture.h"
+#include "tests/library/log_on_disk.h"
+
+namespace {
+
+// The map layer of a host, which is told that the library is loaded.
+struct Map {
+    inline static std::atomic<int> calls{0};
+    inline static std::atomic<bool> wasLoading{false};
+    inline static std::atomic<unsigned long> tracks{0};
+    inline static std::atomic<std::thread::id> caller{};
+    inline static std::binary_semaphore entered{0};
+    inline static std::binary_semaphore mayLeave{0};
+
+    static void OnLoaded() {
+        wasLoading = CTrackMan::Instance()->IsLoadingDataToMap();
+        tracks = CTrackMan::Instance()->GetCnt();
+        caller = std::this_thread::get_id();
+        ++calls;
+    }
+    static void OnLoadedAndHold() {
+        OnLoaded();
+        entered.release();
+        mayLeave.acquire();
+    }
+    static void OnLoadedAndStop() {
+        OnLoaded();
+        CTrackMan::Instance()->StopLoadDataToMapThread();
+        entered.release();
+    }
+    static void OnLoadedAndLoadOnceMore() {
+        OnLoaded();
+        if (calls == 1) CTrackMan::Instance()->LoadData();
+    }
+};
+
+}  // namespace
+
+class LoadingThread : public LibraryTest {
+ protected:
+    LoadingThread() { Map::calls = 0; }
+
+    static constexpr int kMany = 1000;
+    void StoreMany() const {
+        for (int i = 0; i < kMany; ++i)
+            Store("walk" + std::to_string(i), {.name = "Walk " + std::to_string(i)});
+    }
+    static void Ride(int first, int end) {
+        for (int i = first; i < end; ++i) Library().SaveToTempTrack(RideFix(i));
+    }
+};
+
+TEST_F(LoadingThread, LoadCallback_RunsOnTheLoadingThreadWithTheWholeList) {
+    Store("walk");
+    Store("run");
+    Library().SetLoadTrackToMapCallFun(Map::OnLoaded);
+    Load();
+    EXPECT_EQ(Map::calls, 1);
+    EXPECT_NE(Map::caller.load(), std::this_thread::get_id());
+    EXPECT_EQ(Map::tracks, 2u);
+}
+
+TEST_F(LoadingThread, Flag_IsSetUntilTheCallbackHasReturned) {
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
+    Library().LoadData();
+    Map::entered.acquire();
+    EXPECT_TRUE(Library().IsLoadingDataToMap());
+    EXPECT_TRUE(Map::wasLoading);
+    Map::mayLeave.release();
+    WaitUntilLoaded();
+    EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
+}
+
+TEST_F(LoadingThread, Thread_IsKnownWhileItRuns) {
+    EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
+    Library().LoadData();
+    Map::entered.acquire();
+    EXPECT_TRUE(TrackManInside::KnowsLoadThread(Library()));
+    Map::mayLeave.release();
+    WaitUntilLoaded();
+}
+
+TEST_F(LoadingThread, WithoutACallback_LoadsAllTheSame) {
+    Store("walk");
+    Load();
+    EXPECT_EQ(Library().GetCnt(), 1u);
+}
+
+TEST_F(LoadingThread, FixesDuringALoad_AreDroppedNotQueued) {
+    Load();
+    Library().Start();
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
+    Library().LoadData();
+    Map::entered.acquire();
+    Ride(0, 100);
+    Map::mayLeave.release();
+    WaitUntilLoaded();
+    Ride(100, 161);
+    Library().Stop();
+    EXPECT_EQ(LogOnDisk(OnDisk("\\App\\Log.dat")).Times(), RideTimes(100, 160));
+}
+
+TEST_F(LoadingThread, FlagPolledByAnotherThread_EndsFalse) {
+    StoreMany();
+    std::atomic<bool> isDone{false};
+    std::atomic<int> sawLoading{0};
+    std::thread poller([&] {
+        while (!isDone)
+            if (CTrackMan::Instance()->IsLoadingDataToMap()) ++sawLoading;
+    });
+    Load();
+    isDone = true;
+    poller.join();
+    EXPECT_FALSE(Library().IsLoadingDataToMap());
+    EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
+}
+
+TEST_F(LoadingThread, CallbackSetDuringALoad_IsNoRace) {
+    StoreMany();
+    Library().LoadData();
+    for (int i = 0; Library().IsLoadingDataToMap() && i < 100000; ++i)
+        Library().SetLoadTrackToMapCallFun(i % 2 == 0 ? Map::OnLoaded : nullptr);
+    WaitUntilLoaded();
+    EXPECT_LE(Map::calls, 1);
+}
+
+TEST_F(LoadingThread, StopBeforeAnyLoad_LeavesTheFlagSet) {
+    Library().StopLoadDataToMapThread();
+    EXPECT_TRUE(Library().IsLoadingDataToMap());
+}
+
+TEST_F(LoadingThread, StopAfterTheLoad_ChangesNothing) {
+    Store("walk");
+    Load();
+    Library().StopLoadDataToMapThread();
+    EXPECT_FALSE(Library().IsLoadingDataToMap());
+    EXPECT_EQ(Library().GetCnt(), 1u);
+}
+
+TEST_F(LoadingThread, StopInTheMiddle_LeavesTheFlagSetAndNeverCallsBack) {
+    StoreMany();
+    Library().SetLoadTrackToMapCallFun(Map::OnLoaded);
+    do {  // until one stop comes before the end
+        Map::calls = 0;
+        Library().LoadData();
+        Library().StopLoadDataToMapThread();
+    } while (Library().GetCnt() == kMany);
+    EXPECT_TRUE(Library().IsLoadingDataToMap());
+    EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
+    Load();
+    EXPECT_EQ(Map::calls, 1);  // by the second load alone
+}
+
+TEST_F(LoadingThread, LoadRightAfterAStop_LoadsTheWholeLibrary) {
+    StoreMany();
+    for (int i = 0; i < 10; ++i) {
+        Library().LoadData();
+        Library().StopLoadDataToMapThread();
+    }
+    Load();
+    EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
+    EXPECT_FALSE(Library().IsLoadingDataToMap());
+}
+
+TEST_F(LoadingThread, LoadDuringALoad_LoadsTheWholeLibraryAndCallsBackOnce) {
+    StoreMany();
+    Library().SetLoadTrackToMapCallFun(Map::OnLoaded);
+    Library().LoadData();
+    Map::calls = 0;
+    Load();
+    EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
+    EXPECT_LE(Map::calls, 2);
+    EXPECT_GE(Map::calls, 1);
+}
+
+TEST_F(LoadingThread, AfterAStop_FixesAreDroppedUntilTheNextLoad) {
+    StoreMany();
+    Load();
+    Library().Start();
+    do {  // until one stop comes before the end
+        Library().LoadData();
+        Library().StopLoadDataToMapThread();
+    } while (!Library().IsLoadingDataToMap());
+    Ride(0, 100);
+    Library().FlushOut();
+    EXPECT_EQ(LogOnDisk(OnDisk("\\App\\Log.dat")).count, 0u);
+    Load();
+    Ride(100, 161);
+    EXPECT_EQ(LogOnDisk(OnDisk("\\App\\Log.dat")).count, 60u);
+}
+
+TEST_F(LoadingThread, StopFromInsideTheCallback_EndsTheLoadAndKeepsTheFlag) {
+    Store("walk");
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndStop);
+    Library().LoadData();
+    Map::entered.acquire();
+    EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
+    EXPECT_TRUE(Library().IsLoadingDataToMap());
+    Library().SetLoadTrackToMapCallFun(Map::OnLoaded);
+    Load();
+    EXPECT_EQ(Map::calls, 2);
+    EXPECT_EQ(Library().GetCnt(), 1u);
+}
+
+TEST_F(LoadingThread, LoadFromInsideTheCallback_LoadsOnceMore) {
+    Store("walk");
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndLoadOnceMore);
+    Load();
+    EXPECT_EQ(Map::calls, 2);
+    EXPECT_EQ(Library().GetCnt(), 1u);
+}
+
+TEST_F(LoadingThread, StopByTwoThreads_EndsTheLoadOnce) {
+    StoreMany();
+    for (int i = 0; i < 10; ++i) {
+        Library().LoadData();
+        std::thread other([] { CTrackMan::Instance()->StopLoadDataToMapThread(); });
+        Library().StopLoadDataToMapThread();
+        other.join();
+    }
+    Load();
+    EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
+}
+
+TEST_F(LoadingThread, EndOfTheProgramDuringALoad_WaitsForIt) {
+    StoreMany();
+    Library().SetLoadTrackToMapCallFun(Map::OnLoaded);
+    for (int i = 0; i < 10; ++i) {
+        Library().LoadData();
+        Restart();
+    }
+    Map::calls = 0;
+    Load();
+    EXPECT_EQ(Map::calls, 0);
+    EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
+}
+
+TEST_F(LoadingThread, InitDuringALoad_EndsIt) {
+    StoreMany();
+    Library().LoadData();
+    Library().Init();
+    EXPECT_EQ(Library().GetCnt(), 0u);
+    EXPECT_TRUE(Library().IsLoadingDataToMap());
+    Load();
+    EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
+}
+
+TEST_F(LoadingThread, ManyLoads_LeaveNoThreadBehind) {
+    const auto threads = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    Load();
+    const auto before = threads();
+    for (int i = 0; i < 50; ++i) Load();
+    EXPECT_LE(threads(), before + 2);  // the last may still be on its way out
+}

@@ -1,0 +1,118 @@
+// Display names are at most 32 characters long and different from each other.
+#include "tests/library/library_fixture.h"
+
+class TrackNames : public LibraryTest {
+ protected:
+    // Whether the name was too long, and what it became.
+    static std::pair<bool, std::string> Shortened(const std::string& name) {
+        std::string out = "?";
+        const bool wasTooLong = TrackManInside::GetTrackName(Library(), name, out);
+        return {wasTooLong, out};
+    }
+    static std::string Unique(const std::string& name) {
+        return TrackManInside::ConstructTrackName(Library(), name);
+    }
+    static std::vector<std::string> Resolved(const std::vector<std::string>& names) {
+        for (const std::string& name : names) List(name);
+        TrackManInside::CheckTrackIsSameName(Library());
+        return DisplayNames();
+    }
+};
+
+TEST_F(TrackNames, UpTo32Characters_Fit) {
+    EXPECT_EQ(Shortened("Morning ride"), (std::pair{false, std::string("Morning ride")}));
+    const std::string longest(32, 'n');
+    EXPECT_EQ(Shortened(longest), (std::pair{false, longest}));
+    List(longest);
+    EXPECT_EQ(Shortened(longest), (std::pair{false, longest}));
+}
+
+TEST_F(TrackNames, LongName_BecomesItsFirst32Characters) {
+    EXPECT_EQ(Shortened(std::string(40, 'n')), (std::pair{true, std::string(32, 'n')}));
+}
+
+TEST_F(TrackNames, LongNameWhoseBeginningIsTaken_GetsANumber) {
+    List(std::string(32, 'N'));  // in other letter case
+    EXPECT_EQ(Shortened(std::string(40, 'n')), (std::pair{true, std::string(30, 'n') + "_1"}));
+}
+
+TEST_F(TrackNames, LongNameWhoseBeginningIsAFileName_GetsANumber) {
+    Store(std::string(32, 'n'), {.name = "Other"});
+    Load();
+    EXPECT_EQ(Shortened(std::string(40, 'n')), (std::pair{true, std::string(30, 'n') + "_1"}));
+}
+
+TEST_F(TrackNames, TwoByteCharacter_IsNotSplit) {
+    const std::string name = std::string(31, 'n') + "\xB1\xB1\xBE\xA9";
+    EXPECT_EQ(Shortened(name), (std::pair{true, std::string(31, 'n')}));
+    const std::string odd = std::string(29, 'n') + "\xB1\xB1\xBE\xA9";
+    EXPECT_EQ(Unique(odd), std::string(29, 'n') + "_1");
+}
+
+TEST_F(TrackNames, UniqueName_TakesTheFirstNumberThatIsFree) {
+    EXPECT_EQ(Unique("Morning ride"), "Morning ride_1");
+    List("MORNING RIDE_1");
+    EXPECT_EQ(Unique("Morning ride"), "Morning ride_2");
+    List("Morning ride_3");
+    EXPECT_EQ(Unique("Morning ride"), "Morning ride_2");
+}
+
+TEST_F(TrackNames, UniqueName_AvoidsFileNamesToo) {
+    Store("ride_1", {.name = "Other"});
+    Load();
+    EXPECT_EQ(Unique("Ride"), "Ride_2");
+}
+
+TEST_F(TrackNames, UniqueName_LeavesRoomForItsNumber) {
+    const std::string name(40, 'n');
+    EXPECT_EQ(Unique(name), std::string(30, 'n') + "_1");
+    for (int i = 1; i < 10; ++i) List(std::string(30, 'n') + "_" + std::to_string(i));
+    EXPECT_EQ(Unique(name), std::string(29, 'n') + "_10");
+}
+
+TEST_F(TrackNames, OfTracksWithOneName_TheLastKeepsIt) {
+    EXPECT_EQ(Resolved({"A", "B", "A"}), (std::vector<std::string>{"A_1", "B", "A"}));
+}
+
+TEST_F(TrackNames, OfThreeTracksWithOneName_TheLaterGetsTheLowerNumber) {
+    EXPECT_EQ(Resolved({"A", "A", "A"}), (std::vector<std::string>{"A_2", "A_1", "A"}));
+}
+
+TEST_F(TrackNames, DifferentLetterCase_IsADifferentName) {
+    EXPECT_EQ(Resolved({"a", "A"}), (std::vector<std::string>{"a", "A"}));
+}
+
+TEST_F(TrackNames, NumberThatIsTaken_IsSkipped) {
+    EXPECT_EQ(Resolved({"A", "a_1", "A"}), (std::vector<std::string>{"A_2", "a_1", "A"}));
+}
+
+TEST_F(TrackNames, NewName_MayItselfBeGivenToOneTrackOnly) {
+    EXPECT_EQ(Resolved({"A_1", "A", "A"}), (std::vector<std::string>{"A_1", "A_2", "A"}));
+}
+
+TEST_F(TrackNames, LongNames_AreShortenedFromTheLastOn) {
+    for (const char* end : {"1", "2"}) Store(std::string(40, 'n') + end, {.name = ""});
+    SetWritten(PathOf(std::string(40, 'n') + "1"), 2000);
+    SetWritten(PathOf(std::string(40, 'n') + "2"), 1000);
+    Load();
+    EXPECT_EQ(DisplayNames(), (std::vector<std::string>{std::string(30, 'n') + "_1", std::string(32, 'n')}));
+}
+
+TEST_F(TrackNames, NewNames_AreInMemoryOnly) {
+    Store("a", {.name = "Ride"});
+    Store("b", {.name = "Ride"});
+    const std::string a = BytesOf(PathOf("a")), b = BytesOf(PathOf("b"));
+    Load();
+    EXPECT_NE(Library().GetTrack("Ride_1"), nullptr);
+    EXPECT_EQ(BytesOf(PathOf("a")), a);
+    EXPECT_EQ(BytesOf(PathOf("b")), b);
+    EXPECT_EQ(FilesIn("\\App\\UserData\\Track"), (std::vector<std::string>{"a.gpx", "b.gpx"}));
+}
+
+TEST_F(TrackNames, ManyTracksWithOneName_GetOneNumberEach) {
+    constexpr int kTracks = 300;
+    const auto names = Resolved(std::vector<std::string>(kTracks, "Track"));
+    for (int i = 0; i < kTracks - 1; ++i)
+        EXPECT_EQ(names[static_cast<std::size_t>(i)], "Track_" + std::to_string(kTracks - 1 - i));
+    EXPECT_EQ(names.back(), "Track");
+}
