@@ -24,7 +24,7 @@ class ITrackSaveStragy;
 // of memory.
 class QTRACE_API CTrackMan {
  public:
-    static CTrackMan* Instance();
+    static CTrackMan* Instance();  // never null; not guarded: the first call is the host's
     // Copies settings, callbacks and marks; tracks, recording and thread stay with the original.
     CTrackMan(const CTrackMan& other);
     CTrackMan& operator=(const CTrackMan&) = delete;
@@ -40,9 +40,9 @@ class QTRACE_API CTrackMan {
 
     // --- Recording ---
 
-    bool Start();  // false when it is started already; the settings' record mode decides which fixes count
-    bool Stop();   // writes what is pending; false when it is not started
-    bool isStart();
+    bool Start();    // false when it is started already; the settings' record mode decides which fixes count
+    bool Stop();     // writes what is pending; false when it is not started
+    bool isStart();  // whether a recording is under way
     // Offers one fix. Recorded ones go to the map at once (point callback, on this thread) and to disk in
     // batches.
     void SaveToTempTrack(const TckPt& fix);
@@ -89,11 +89,11 @@ class QTRACE_API CTrackMan {
         const std::string& name);  // the first of that display name, ignoring letter case; null if none
     CTrackProxy* GetTrackByFile(const std::string& fileName);  // likewise, by file name
     int GetTrackSel(const std::string& name);  // index of the first of exactly that display name; -1
-    int GetVisibleTrkCnt();
-    int GetUseable();                 // tracks that the library still has room for, of 20
-    bool InUse(unsigned long index);  // false
-    void SetInUse(bool inUse);        // a mark of the host's
-    bool GetInUse();
+    int GetVisibleTrkCnt();                    // number of tracks shown
+    int GetUseable();                          // tracks that the library still has room for, of 20
+    bool InUse(unsigned long index);           // false
+    void SetInUse(bool inUse);                 // a mark of the host's
+    bool GetInUse();                           // the mark as set last; false at first
     // Takes the handle over and puts it last. False, with the handle still the caller's, for null and for a
     // display name that exists exactly so.
     bool AddTrack(CTrackProxy* proxy);
@@ -102,9 +102,9 @@ class QTRACE_API CTrackMan {
     bool AddTrack(CTrack& track);
     void DelTrack(unsigned long index);      // deletes file and handle
     void DelTrack(const std::string& name);  // the first of exactly that display name
-    void DelAllTrack();
-    void SortTrackFile();         // newest saved first
-    std::string GetUnusedName();  // the local time as text
+    void DelAllTrack();                      // deletes all files and handles
+    void SortTrackFile();                    // newest saved first
+    std::string GetUnusedName();             // the local time as text
 
  private:
     friend struct TrackManInside;  // the tests' way to the operations below

@@ -44,20 +44,20 @@ class QTRACE_API CTrackProxy : public ITrack {
     void SetName(const char* text) override;  // at most 32 bytes are kept; in memory, until SaveTrackData
     unsigned long GetColor() override;        // as read last; never reads the file
     void SetColor(unsigned long color) override;
-    bool GetVisible() override;  // true also while it cannot be read
-    void SetVisible(bool visible) override;
+    bool GetVisible() override;              // true also while it cannot be read
+    void SetVisible(bool visible) override;  // in memory, until SaveTrackData
     void GetKeyPtList(
         std::vector<TckPt, je_allocator<TckPt>>& out) override;  // untouched when there is no point
     bool Save(void* stream) override;                            // does nothing; true
     bool Load(void* ignored) override;  // reads the header; false, with nothing changed, when it cannot be read
     void Init() override;               // forgets file name, header and identifier; path and display name stay
 
-    void SetID(unsigned int id);  // given by the manager; 0 = none
-    unsigned int GetID();
-    void SetLstWriteTime(long time);  // [s] of the last save
-    long GetLstWriteTime();
-    const char* GetTrackPath();  // valid until the path changes
-    void SetTrackPath(std::string path);
+    void SetID(unsigned int id);          // given by the manager; 0 = none
+    unsigned int GetID();                 // 0 = none
+    void SetLstWriteTime(long time);      // [s] of the last save
+    long GetLstWriteTime();               // [s] 0 = never
+    const char* GetTrackPath();           // valid until the path changes
+    void SetTrackPath(std::string path);  // nothing is read or written
     const std::string& GetTrkFileName();  // without folder and extension
     // Renames the file. Nothing changes when that fails, for instance because the new name exists, or for null.
     void SetTrkFileName(const char* newName);

@@ -18,8 +18,8 @@ int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar
 // surrogate becomes U+FFFD.
 int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, char* destination, int size);
 
-// Whether the byte begins a two-byte character of the ANSI code page. False for every byte in UTF-8, where no byte of a
-// longer character can be taken for another one.
+// Whether the byte begins a two-byte character of the ANSI code page. False for every byte in UTF-8, where no
+// byte of a longer character can be taken for another one.
 bool IsDBCSLeadByte(unsigned char byte);
 
 }  // namespace platform

@@ -64,7 +64,7 @@ class QTRACE_API CTrackEx : public CTrack {
     // TmpTkStartPos), while the settings ask for the recording to be saved in full.
     bool IsNeedSaveAllTmpTrk(int newCount);
 
-    int GetSliceNum();
+    int GetSliceNum();                   // number of slices
     const CTrack* GetSliceTrace(int i);  // owned by the recording; null for an index out of range
     void ClearSliceTrace(int i);         // removes a slice from memory; SaveSliceData() then mends the file
     void ClearAllSliceTrace();           // likewise, all of them

@@ -27,16 +27,16 @@ class QTRACE_API ITrack {
     virtual void SetName(const char*) = 0;     // non-null
     virtual unsigned long GetColor() = 0;      // 32 bits
     virtual void SetColor(unsigned long) = 0;  // the low 32 bits count
-    virtual bool GetVisible() = 0;
-    virtual void SetVisible(bool) = 0;
+    virtual bool GetVisible() = 0;             // whether the map shows it
+    virtual void SetVisible(bool) = 0;         // likewise
     // The points where the motion starts, stops or turns, and one about every 10 s of movement, in track order.
     // Replaces the vector's content, but leaves it alone when there is no point.
     virtual void GetKeyPtList(std::vector<TckPt, je_allocator<TckPt>>&) = 0;
     virtual bool Save(void*) = 0;  // what the argument is, and what false means, is told by each kind of track
-    virtual bool Load(void*) = 0;
-    virtual void Init() = 0;  // back to the values of a new track
+    virtual bool Load(void*) = 0;  // likewise
+    virtual void Init() = 0;       // back to the values of a new track
 
  protected:
-    std::string m_strName;
-    std::string m_strTitle;
+    std::string m_strName;   // what GetName hands out
+    std::string m_strTitle;  // second text, the name in a GPX document
 };

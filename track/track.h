@@ -39,8 +39,8 @@ class QTRACE_API CTrack : public ITrack {
     void SetName(const char* name) override;  // sets name and title; any length
     unsigned long GetColor() override;
     void SetColor(unsigned long color) override;
-    bool GetVisible() override;
-    void SetVisible(bool visible) override;
+    bool GetVisible() override;              // a new track is visible
+    void SetVisible(bool visible) override;  // kept with the track's files
     void GetKeyPtList(std::vector<TckPt, je_allocator<TckPt>>& out) override;
 
     // The record stream, a 96-byte header and the raw points (docs/formats/record-stream.md), on an open FILE*.
@@ -87,13 +87,13 @@ class QTRACE_API CTrack : public ITrack {
     // mended from their cached values; the calculated flag ends up set. False, with nothing changed, for an
     // index out of range.
     bool DeletePoint(int first, int last);
-    bool DeletePoint(int index);
+    bool DeletePoint(int index);  // likewise, for one point
 
     // Turns the order of the points round. Cached length and area stay, the area's sign included.
     void Reverse();
 
-    bool IsSaveSus() const;  // whether the last attempt to store this track worked, as its user set it
-    void SetIsSaveSus(bool saved);
+    bool IsSaveSus() const;         // whether the last attempt to store this track worked, as its user set it
+    void SetIsSaveSus(bool saved);  // the track itself never reads it
 
     // Thins the track's own points; the line moves by no more than the simplify distance. Clears the calculated
     // flag.
@@ -102,8 +102,8 @@ class QTRACE_API CTrack : public ITrack {
     // `wide` has no effect of its own: who wants the wider distance sets it. The track stays as it is.
     void SimplifyPt(std::vector<TckPt, je_allocator<TckPt>>& out, int level, bool wide) const;
     void SetSimplifyDis(double metres);  // 2 m at first; held in degrees of arc
-    bool bEpurate() const;  // whether thinning also removes points that repeat the previous position
-    void SetEpurate(bool epurate);
+    bool bEpurate() const;          // whether thinning also removes points that repeat the previous position
+    void SetEpurate(bool epurate);  // true at first
 
     bool IsFreeSpaceCanStoreData();  // always true
 
@@ -114,8 +114,8 @@ class QTRACE_API CTrack : public ITrack {
     void SavePtListInfo(void* stream);  // count and points, or nothing above 10000 points
     void LoadPtListInfo(void* stream);  // replaces the points; none for a missing, negative or too large count
 
-    std::vector<TckPt, je_allocator<TckPt>>& OwnPoints() { return m_vecPtLst; }
-    void ForgetStatistics() { m_bCalculated = false; }
+    std::vector<TckPt, je_allocator<TckPt>>& OwnPoints() { return m_vecPtLst; }  // the list itself
+    void ForgetStatistics() { m_bCalculated = false; }                           // clears the calculated flag
 
     static std::string g_strTrackFlag;  // the magic text at the start of a record stream
 

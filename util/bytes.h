@@ -7,7 +7,8 @@
 #include <cstdint>
 #include <type_traits>
 
-// Point records are stored as they lie in memory; on a big-endian machine they would have to be turned round first.
+// Point records are stored as they lie in memory; on a big-endian machine they would have to be turned round
+// first.
 static_assert(std::endian::native == std::endian::little, "point records are stored raw");
 
 namespace bytes {

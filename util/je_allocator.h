@@ -20,9 +20,10 @@ struct QTRACE_API je_memory {
 template <typename T>
 class je_allocator {
  public:
-    using value_type = T;
+    using value_type = T;  // as the standard asks
 
     je_allocator() noexcept = default;
+    // Of another type of object: the memory is the same.
     template <typename Other>
     je_allocator(const je_allocator<Other>&) noexcept {}
 
@@ -33,6 +34,7 @@ class je_allocator {
         if (block == nullptr && count != 0) throw std::bad_alloc();
         return static_cast<T*>(block);
     }
+    // Takes back what allocate gave.
     void deallocate(T* block, std::size_t) noexcept { je_memory::Free(block); }
 };
 
