@@ -7,7 +7,7 @@
 #include "util/export.h"
 
 // The folder of this machine (UTF-8) that stands for the device's root `\`; device path \A\b.gpx is
-// <hostFolder>/A/b.gpx. Empty, the default: the machine's own root. No device path ever leads above this
+// hostFolder/A/b.gpx. Empty, the default: the machine's own root. No device path ever leads above this
 // folder. Has no effect on Windows, whose root is the current drive's, unless a folder is given, which is then
 // put in front likewise.
 QTRACE_API void SetDeviceRoot(const std::string& hostFolder);

@@ -30,10 +30,10 @@ namespace geodesy {
 
 // Degrees to radians with pi cut to 3.14159265358979: stored tracks depend on it. Not a library's pi.
 inline constexpr double kDegToRad = 0.017453292519943278;
-// Square metres of a square degree at the equator, half of it, and its inverse.
+// Square metres of a square degree at the equator.
 inline constexpr double kSquareDegree = 12392029030.466246;
-inline constexpr double kHalfSquareDegree = 6196014515.233123;
-inline constexpr double kPerSquareDegree = 8.069703496832232e-11;
+inline constexpr double kHalfSquareDegree = 6196014515.233123;     // half of it
+inline constexpr double kPerSquareDegree = 8.069703496832232e-11;  // its inverse
 // Metres to degrees of arc along the equator.
 inline constexpr double kMetresToDegrees = 8.983152841197925e-6;
 

@@ -38,10 +38,12 @@ class je_allocator {
     void deallocate(T* block, std::size_t) noexcept { je_memory::Free(block); }
 };
 
+// Any two are equal.
 template <typename A, typename B>
 bool operator==(const je_allocator<A>&, const je_allocator<B>&) noexcept {
     return true;
 }
+// No two differ.
 template <typename A, typename B>
 bool operator!=(const je_allocator<A>&, const je_allocator<B>&) noexcept {
     return false;

@@ -32,6 +32,7 @@ namespace paths {
 
 // The characters that no file name may hold, as GetString_1 replaces them.
 inline constexpr char kInvalidFileNameCharacters[] = "\\/:*?\"<>|";
+// Elements of a path, its terminator included.
 inline constexpr int kMaxPath = 260;
 
 }  // namespace paths

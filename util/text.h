@@ -30,4 +30,4 @@ QTRACE_API void ChangeStringToWString(std::wstring& out, const std::string& in);
 
 // Upper case, in place, for the letters a to z; every other byte or unit stays, in every locale.
 QTRACE_API void UpString(std::string& s);
-QTRACE_API void UpWString(std::wstring& s);
+QTRACE_API void UpWString(std::wstring& s);  // likewise
