@@ -12,7 +12,7 @@ namespace {
 
 // KEPT: the text is laid down as UTF-16 in a buffer that is read as narrow text, so the folder reads "\" until
 // the host sets one. Hosts rely on tracks not being sought in a folder of the library's choosing. Pinned by
-// Settings.DefaultDevicePaths_ReadAsTheRoot.
+// SettingsTest.DefaultDevicePaths_ReadAsTheRoot.
 template <std::size_t Size>
 void FillWithUtf16(char (&buffer)[Size], std::u16string_view text) {
     std::memset(buffer, 0, Size);
