@@ -1,0 +1,119 @@
+// Storage that takes no more and files that change under an open recording: nothing crashes, and memory stays
+// in step with what was accepted. POSIX only, where a process can be forbidden to let files grow.
+#if __has_include(<sys/resource.h>)
+
+#include <sys/resource.h>
+
+#include <csignal>
+
+#include "tests/record/log_track_fixture.h"
+
+namespace {
+
+// While it lives, no file of this process grows beyond `bytes`; writes there fail as on a full device.
+class FullDevice {
+ public:
+    explicit FullDevice(rlim_t bytes) {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit now{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &now);
+    }
+    ~FullDevice() {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+    FullDevice(const FullDevice&) = delete;
+    FullDevice& operator=(const FullDevice&) = delete;
+
+ private:
+    rlimit m_before{};
+    void (*m_handler)(int);
+};
+
+}  // namespace
+
+class LogTrackFaults : public LogTrackTest {
+ protected:
+    std::size_t FileSize() const { return BytesOf(kPointFile).size(); }
+};
+
+TEST_F(LogTrackFaults, DeviceFullFromTheStart_OpensAndRecordsInMemory) {
+    {
+        const FullDevice full(0);
+        EXPECT_TRUE(Open(100));
+        for (int batch = 0; batch < 5; ++batch) Record(10);
+        EXPECT_EQ(m_track->GetPtCount(), Remembered().size());
+        Close();
+    }
+    EXPECT_TRUE(Open(100));
+    EXPECT_TRUE(Record(3));
+    EXPECT_EQ(Ring(), (RingState{0, 3}));
+}
+
+TEST_F(LogTrackFaults, DeviceFullInTheMiddle_LeavesTheRecordsThatWereThere) {
+    Open(1000);
+    Record(20);
+    const std::string before = BytesOf(kPointFile);
+    {
+        const FullDevice full(before.size());
+        for (int batch = 0; batch < 4; ++batch) Record(200);
+        EXPECT_EQ(m_track->GetPtCount(), Remembered().size());
+        EXPECT_TRUE(BytesOf(kPointFile).substr(4) == before.substr(4));
+        EXPECT_TRUE(m_track->SaveSliceData()) << "nobody looks at the writes";
+        Close();
+    }
+    EXPECT_TRUE(Open(1000));
+    EXPECT_TRUE(Record(3));
+}
+
+TEST_F(LogTrackFaults, FullRing_NeedsNoMoreRoom) {
+    Open(50);
+    Record(49);
+    Record(1);
+    const FullDevice full(FileSize());
+    for (int batch = 0; batch < 20; ++batch) EXPECT_TRUE(Record(7));
+    EXPECT_EQ(Remembered().size(), 50u);
+    const std::vector<int> newest = Times();
+    EXPECT_TRUE(Open(50));
+    EXPECT_EQ(Times().back(), newest.back());
+}
+
+TEST_F(LogTrackFaults, RingEmptiedBySomebodyElse_RefusesBatchesUntilItIsOpenedAgain) {
+    Open(10);
+    Record(3);
+    std::filesystem::resize_file(OnDisk(kPointFile), 0);
+    int start = 77;
+    EXPECT_FALSE(m_track->GetTmpTrackStart(start));
+    EXPECT_EQ(start, 77);
+    CTrackMangSet::Instance()->SetTmpTkIsSaveInFull(true);
+    EXPECT_FALSE(m_track->IsNeedSaveAllTmpTrk(100));
+    EXPECT_FALSE(Record(2));
+    EXPECT_EQ(m_track->GetPtCount(), 3u);
+    EXPECT_TRUE(m_track->SaveSliceData()) << "memory still has the points";
+    EXPECT_TRUE(Record(2));
+    EXPECT_EQ(Ring(), (RingState{0, 5}));
+}
+
+TEST_F(LogTrackFaults, HeaderSpoiltBySomebodyElse_RefusesBatches) {
+    Open(10);
+    Record(3);
+    std::string spoilt = BytesOf(kPointFile);
+    spoilt.replace(0, 4, described::Field(9) + described::Field(3));
+    Write(kPointFile, spoilt);
+    EXPECT_FALSE(Record(2));
+    EXPECT_EQ(m_track->GetPtCount(), 3u);
+    EXPECT_EQ(BytesOf(kPointFile), spoilt);
+}
+
+TEST_F(LogTrackFaults, FileDeletedWhileOpen_RecordsOnUntilItIsClosed) {
+    Open(10);
+    Record(3);
+    std::filesystem::remove(OnDisk(kPointFile));
+    EXPECT_TRUE(Record(2));
+    EXPECT_EQ(m_track->GetPtCount(), 5u);
+    EXPECT_TRUE(m_track->SaveSliceData());
+    EXPECT_EQ(Ring(), (RingState{0, 5}));
+}
+
+#endif
