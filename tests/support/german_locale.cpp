@@ -11,8 +11,9 @@ GermanLocale::GermanLocale() {
     if (std::system(command.c_str()) != 0) return;
     if (const char* before = std::getenv("LOCPATH")) m_localePathBefore = before;
     setenv("LOCPATH", m_folder.Path().c_str(), 1);
+    const volatile int acute = 0xE9;  // the compiler would answer for a constant, as the C locale does
     m_active = std::setlocale(LC_ALL, name.c_str()) != nullptr && std::strtod("1,5", nullptr) == 1.5 &&
-               std::toupper(0xE9) == 0xC9;
+               std::toupper(acute) == 0xC9;
 }
 
 GermanLocale::~GermanLocale() {
