@@ -51,7 +51,7 @@ def missing_tests(written, listed):
             yield f"{file}:{line}: {name} is not in CTest's list (is its folder in tests/CMakeLists.txt?)"
 
 
-def check(root, _, build):
+def check(root, build):
     return list(missing_tests(list(written_tests(root)), listed_tests(Path(build))))
 
 
