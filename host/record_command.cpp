@@ -19,8 +19,11 @@ constexpr int kDone = 0, kFailed = 1;
 struct Arguments {
     std::string file;
     std::string device = DefaultDeviceFolder().string();
+    std::string mode = "auto";
     unsigned codePage = 65001;
-    RecordingSettings settings;
+    bool noOverwrite = false;
+    bool noSave = false;
+    RecordingSettings settings;  // completed from the words above
 };
 
 int Fail(const std::string& message) {
@@ -104,37 +107,43 @@ int Record(const Arguments& arguments) {
     return broken ? kFailed : result;
 }
 
-void CheckAndRecord(const Arguments& arguments, int& exitCode) {
+EnumRecTrack ModeOf(const std::string& word) {
+    return word == "time" ? RecTrackByTime : word == "distance" ? RecTrackByDist : RecTrackAuto;
+}
+
+void CheckAndRecord(Arguments& arguments, int& exitCode) {
     if (arguments.device.empty()) throw CLI::RequiredError("--device, as there is no home folder: it");
     if (!SetAnsiCodePage(arguments.codePage))
         throw CLI::ValidationError("--code-page", std::to_string(arguments.codePage) + " is not known");
+    arguments.settings.mode = ModeOf(arguments.mode);
+    arguments.settings.overwrite = !arguments.noOverwrite;
+    arguments.settings.save = !arguments.noSave;
     exitCode = Record(arguments);
 }
 
 void AddOptions(CLI::App& command, Arguments& arguments) {
-    static const std::map<std::string, EnumRecTrack> kModes = {
-        {"distance", RecTrackByDist}, {"time", RecTrackByTime}, {"auto", RecTrackAuto}};
     RecordingSettings& settings = arguments.settings;
     command.add_option("FILE,--nmea", arguments.file, "NMEA 0183 log or device; - is standard input")
-        ->required();
+        ->required()
+        ->type_name("");
     command.add_option("--device", arguments.device, "Folder of the recording and the saved tracks")
+        ->type_name("DIR")
         ->capture_default_str();
-    command
-        .add_option("--mode", settings.mode,
-                    "What makes a fix a point: time, distance, or auto: whichever comes first")
-        ->transform(CLI::CheckedTransformer(kModes))
-        ->default_str("auto");
+    command.add_option("--mode", arguments.mode, "What makes a fix a point; auto: whichever comes first")
+        ->check(CLI::IsMember({"time", "distance", "auto"}).description(""))
+        ->type_name("time|distance|auto")
+        ->capture_default_str();
     command.add_option("--distance", settings.distance, "Metres between points")
-        ->check(CLI::Range(1, 1'000'000))
+        ->check(CLI::Range(1, 1'000'000).description(""))
         ->capture_default_str();
     command.add_option("--time", settings.time, "Seconds between points")
-        ->check(CLI::Range(1, 86'400))
+        ->check(CLI::Range(1, 86'400).description(""))
         ->capture_default_str();
-    command.add_flag("!--no-overwrite", settings.overwrite,
-                     "Stop at 10000 points instead of replacing the oldest");
-    command.add_flag("!--no-save", settings.save, "Leave the recording as it is: save no track");
     command.add_option("--code-page", arguments.codePage, "Code page of names and paths")
         ->capture_default_str();
+    command.add_flag("--no-overwrite", arguments.noOverwrite,
+                     "Stop at 10000 points instead of replacing the oldest");
+    command.add_flag("--no-save", arguments.noSave, "Leave the recording as it is: save no track");
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ class RecordUsage : public Recorder {
 TEST_F(RecordUsage, WrongUsage_IsCode2AndTouchesNothing) {
     const std::string log = Log(Fix(1) + Fix(2) + Fix(3));
     const std::vector<std::vector<std::string>> wrong = {
-        {},                            // no log
+        {},  // no log
+        {log, "--mode", "2"},
         {log, "--mode", "sometimes"},  // no such mode
         {log, "--time", "0"},          // no interval
         {log, "--time", "-5"},
