@@ -1,5 +1,6 @@
 // Rebuilding the list of tracks from storage, and the thread that does it. Each file is a step: a thread that
 // was asked to stop ends after the one in hand and touches the manager no more.
+#include <cstdint>
 #include <memory>
 
 #include "library/track_manager.h"
@@ -19,7 +20,8 @@ constexpr int kBelowNormal = 4;
 long TimeOf(platform::FileTime ticks) {
     SYSTEMTIME calendar{};
     platform::FileTimeToSystemTime(&ticks, &calendar);
-    return static_cast<long>(ChangeSYSTIMEToTime_T(calendar));
+    return static_cast<std::int32_t>(
+        ChangeSYSTIMEToTime_T(calendar));  // signed: before 1970 is older than 1970
 }
 
 }  // namespace

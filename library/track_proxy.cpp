@@ -29,7 +29,7 @@ constexpr int kMostVisibleTracks = 10;
 long UtcNow() {
     SYSTEMTIME now{};
     platform::GetSystemTime(&now);
-    return static_cast<long>(ChangeSYSTIMEToTime_T(now));
+    return static_cast<std::int32_t>(ChangeSYSTIMEToTime_T(now));
 }
 
 // The file of that name in the folder Track of the program's folder.

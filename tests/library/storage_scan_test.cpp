@@ -41,6 +41,16 @@ TEST_F(StorageScan, LastWriteTime_IsUtcWithoutItsFraction) {
     EXPECT_EQ(Library().GetTrack(0ul)->GetLstWriteTime(), 1400000000);
 }
 
+TEST_F(StorageScan, FileFromBefore1970_IsOlderThanAllOthers) {
+    Store("new", {.name = "New"});
+    Store("old", {.name = "Old"});
+    SetWritten(PathOf("new"), 1);
+    SetWritten(PathOf("old"), -60);  // a clock that was never set, east of Greenwich
+    Load();
+    EXPECT_EQ(DisplayNames(), (std::vector<std::string>{"New", "Old"}));
+    EXPECT_EQ(Library().GetTrack(1)->GetLstWriteTime(), -60);
+}
+
 TEST_F(StorageScan, LastWriteTime_IsTakenBeforeTheFileIsRead) {
     std::string text = TextOf({});
     std::erase(text, '\r');  // reading gives this file its line ends, and so another time
