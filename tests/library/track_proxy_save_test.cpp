@@ -170,6 +170,18 @@ TEST_F(TrackSaving, PointsAsARecordStream_SetTheHeaderAndStayLoaded) {
     EXPECT_EQ(TrackProxyInside::Visibility(*walk), 0);
 }
 
+TEST_F(TrackSaving, RecordStreamReadAsADocument_IsRefusedAndLeftAlone) {
+    Store("walk", {.color = "10"});  // a line feed, among the first bytes of the stream
+    const auto walk = Handle("walk");
+    walk->SimplyTrack();
+    walk->SaveTrackPtLst();
+    const std::string stream = BytesOf(PathOf("walk"));
+    ASSERT_EQ(Word(stream, kColor), 10u);
+    EXPECT_FALSE(Handle("walk")->Load(nullptr));
+    EXPECT_FALSE(Handle("walk")->SaveTrackData());
+    EXPECT_EQ(BytesOf(PathOf("walk")), stream);
+}
+
 TEST_F(TrackSaving, PointsOfAMissingFile_MakeNoneAndDoNoHarm) {
     Store("walk");
     const auto walk = Handle("walk");
@@ -228,6 +240,14 @@ TEST_F(TrackSaving, NewFileName_LeavesTheDisplayNameAlone) {
     walk->GetName();
     walk->SetTrkFileName("run");
     EXPECT_EQ(walk->GetName(), "Morning ride");
+}
+
+TEST_F(TrackSaving, NewFileNameInTheRoot_StaysInTheRoot) {
+    Write("\\walk.gpx", TextOf({}));
+    CTrackProxy walk("\\walk.gpx");
+    walk.SetTrkFileName("run");
+    EXPECT_STREQ(walk.GetTrackPath(), "\\run.gpx");
+    EXPECT_TRUE(Exists("\\run.gpx"));
 }
 
 TEST_F(TrackSaving, FileNameThatExists_ChangesNothing) {
