@@ -25,7 +25,8 @@ std::wstring Widen(unsigned codePage, const char* text) {
 }
 
 // KEPT: one byte up to U+00FF and two beyond, whatever the code page really takes. Names were cut by this rule
-// on every device, so another one would give the same track another name. Pinned by WcharToChar.*Cut* tests.
+// on every device, so another one would give the same track another name. Pinned by
+// WideToAnsi.UnitsFrom100_CountTwoThoughTheyTakeOne.
 int AssumedWidth(wchar_t unit) { return (unit & 0xFF00) == 0 ? 1 : 2; }
 
 // How many bytes of the text stay when at most `room` fit, without splitting a character.
