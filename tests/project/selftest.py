@@ -6,6 +6,7 @@ from pathlib import Path
 
 import check_calls
 import check_includes
+import check_named_tests
 import check_sizes
 import check_test_list
 
@@ -176,6 +177,24 @@ class TestList(unittest.TestCase):
             (path.parent / "empty_test.cpp").write_text("int a;\n", encoding="utf-8")
             names = [name for _, _, name in check_test_list.written_tests(folder)]
         self.assertEqual(names, ["track.A.b", "track.B.c", None])
+
+
+class NamedTests(Project):
+    TEST = {"tests/track/a_test.cpp": "TEST(A, Situation_Result) {}\n"}
+
+    def found(self, file, text):
+        return self.problems(check_named_tests.check, **{file: text}, **self.TEST)
+
+    def test_a_test_that_exists_may_be_named(self):
+        self.assertEqual(self.found("docs/kept.md", "| `Log.dat` | `A.Situation_Result`, `A.*`, `A.Situation*` |\n"), [])
+        self.assertEqual(self.found("track/a.cpp", "// KEPT: so. Pinned by\n// A.Situation_Result.\n"), [])
+
+    def test_a_test_that_does_not_exist_is_named_with_its_line(self):
+        self.assertEqual(self.found("docs/kept.md", "\n| x | `A.Situation_Other` |\n"),
+                         ["docs/kept.md:2: there is no test A.Situation_Other"])
+        self.assertEqual(len(self.found("docs/CONFORMANCE.md", "`B.*`\n")), 1)
+        self.assertEqual(self.found("track/a.cpp", "// KEPT: so. Pinned by\n    // A.Other_Result.\n"),
+                         ["track/a.cpp:2: there is no test A.Other_Result"])
 
 
 if __name__ == "__main__":
