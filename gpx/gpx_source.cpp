@@ -125,7 +125,8 @@ class TemporaryFile {
 
 std::string ThroughTemporaryFile(const std::string& text) {
     const TemporaryFile file;
-    if (std::fwrite(text.data(), 1, text.size(), file.Get()) != text.size() || platform::fflush(file.Get()) != 0)
+    if (std::fwrite(text.data(), 1, text.size(), file.Get()) != text.size() ||
+        platform::fflush(file.Get()) != 0)
         throw std::runtime_error("cannot write the temporary file");
     return ReadAll(file.Get());
 }
