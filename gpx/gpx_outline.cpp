@@ -7,6 +7,7 @@
 
 #include "gpx/gpx_names.h"
 #include "gpx/gpx_point.h"
+#include "gpx/point_collector.h"
 #include "gpx/xml_node.h"
 #include "gpx/xml_scanner.h"
 
@@ -34,7 +35,7 @@ bool IsPoint(Place place) { return place == Place::Point || place == Place::Othe
 class OutlineMaker {
  public:
     OutlineMaker(char* text, gpx::PointsWanted wanted)
-        : m_scanner(text), m_outlineEnd(text), m_rest(text), m_wanted(wanted) {}
+        : m_scanner(text), m_outlineEnd(text), m_rest(text), m_wanted(wanted), m_points(m_scanner.TextEnd()) {}
 
     gpx::Points Run();
 
@@ -64,7 +65,7 @@ class OutlineMaker {
     std::unique_ptr<gpx::XmlDocument> m_parsed =
         std::make_unique<gpx::XmlDocument>();  // brings 64 KiB of its own
     TckPt m_point{};
-    gpx::Points m_points;
+    gpx::PointCollector m_points;
 };
 
 gpx::Points OutlineMaker::Run() {
@@ -75,7 +76,7 @@ gpx::Points OutlineMaker::Run() {
     }
     Keep({m_rest, markup.end});
     *m_outlineEnd = '\0';
-    return std::move(m_points);
+    return m_points.Take();
 }
 
 void OutlineMaker::Enter(const Markup& tag) {
@@ -124,9 +125,8 @@ Place OutlineMaker::PlaceOf(std::string_view name) {
     return Place::Elsewhere;
 }
 
-// KEPT: within a segment a point takes over what it does not state from the point before it, for the tracks of
-// devices that write an altitude or a time only when it changes. Pinned by
-// GpxPoints.WithoutElevation_TakesTheLastOne.
+// KEPT: the record is cleared once a segment, not once a point, so a point takes over what it does not state
+// from the one before it; tracks were always read so. Pinned by GpxPoints.WithoutElevation_TakesTheLastOne.
 void OutlineMaker::BeginSegment() {
     m_point = TckPt{};
     ++m_segments;
@@ -146,7 +146,7 @@ void OutlineMaker::TakeOut(Place place, char* begin, char* end) {
 void OutlineMaker::Parse(Place place, char* begin, char* end) {
     const char behind = std::exchange(*end, '\0');
     m_parsed->parse<rapidxml::parse_default>(begin);
-    if (IsWanted(place) && gpx::ReadPoint(*m_parsed->first_node(), m_point)) m_points.push_back(m_point);
+    if (IsWanted(place) && gpx::ReadPoint(*m_parsed->first_node(), m_point)) m_points.Add(m_point, end);
     m_parsed->clear();
     *end = behind;
 }

@@ -134,10 +134,12 @@ std::string ThroughTemporaryFile(const std::string& text) {
 }  // namespace
 
 std::string gpx::LoadSource(const std::wstring& path, std::int32_t& encoding) {
+    encoding = kAnsi;
     std::string text = ReadFile(path);
     RewriteLineEnds(path, text);
     encoding = DetectEncoding(text);
     if (encoding == kUtf16) return ThroughTemporaryFile(InCodePage936(std::string_view(text).substr(2)));
     const std::wstring parsed = PathInAnsi(path);
-    return parsed == path ? text : ReadFile(parsed);
+    if (parsed != path) text = ReadFile(parsed);
+    return text;
 }

@@ -95,9 +95,9 @@ Markup XmlScanner::ScanDocumentType(char* begin) {
 }
 
 Markup XmlScanner::PassOver(char* begin, char* content, std::string_view terminator) {
-    char* found = std::strstr(content, terminator.data());
-    if (found == nullptr) Fail(m_end);
-    m_at = found + terminator.size();
+    const std::size_t found = std::string_view(content, m_end).find(terminator);
+    if (found == std::string_view::npos) Fail(m_end);
+    m_at = content + found + terminator.size();
     return {MarkupKind::Other, begin, m_at, {}};
 }
 

@@ -29,6 +29,8 @@ class XmlScanner {
     // end.
     Markup Next();
 
+    const char* TextEnd() const { return m_end; }
+
  private:
     Markup ScanEndTag(char* begin);
     Markup ScanStartTag(char* begin);
