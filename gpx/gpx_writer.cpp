@@ -92,7 +92,8 @@ void DocumentWriter::Track(const GpxTrackInfo& track) {
 
 void DocumentWriter::Extensions(const GpxTrackInfo& track) {
     m_xml.Begin(gpx::kExtensions);
-    // KEPT: signed, so colours from 0x80000000 on are negative: every reader in the field takes them back so.
+    // KEPT: signed, so colours from 0x80000000 on are negative numbers, as every stored track has them. Pinned
+    // by GpxWriter.ColourWithTheHighestBit_IsNegative.
     m_xml.Element(gpx::kColor, static_cast<std::int32_t>(track.color));
     m_xml.Element(gpx::kVisible, track.visible);
     Measure(gpx::kLength, track.length);
@@ -132,7 +133,7 @@ void DocumentWriter::Time(std::string_view name, std::int32_t seconds) {
     if (seconds == 0) return;
     char text[gpx::kTimeRoom];
     const char* end = gpx::WriteTime(seconds, text);
-    m_xml.Element(name, std::string_view(text, end));
+    m_xml.PlainElement(name, std::string_view(text, end));
 }
 
 }  // namespace
@@ -145,7 +146,8 @@ bool CGPXTransmit::ExportGpx(const std::wstring& path) {
         document.reserve(kHeaderRoom + kPointRoom * m_pTrackInfo->points->size());
         DocumentWriter(document, m_szUtf8).Write(m_metadata, *m_pTrackInfo);
         document += '\n';  // the printer ends the document itself with one more line feed
-        // KEPT: a path that cannot be written is not reported; callers look for the file where it matters.
+        // KEPT: a path that cannot be written is no failure; hosts take false for a lack of memory. Pinned by
+        // GpxWriter.UnopenablePath_IsTrueAndLeavesNoFile.
         platform::ReplaceFileContent(gpx::PathInAnsi(path).c_str(), document);
         return true;
     } catch (...) {

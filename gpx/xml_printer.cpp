@@ -103,6 +103,13 @@ void XmlPrinter::Element(std::string_view name, double value) {
     PlainElement(name, {number, end});
 }
 
+void XmlPrinter::PlainElement(std::string_view name, std::string_view value) {
+    StartLine(name);
+    m_text += '>';
+    m_text += value;
+    EndTag(name);
+}
+
 void XmlPrinter::CloseStartTag() {
     if (m_isStartTagOpen) m_text += ">\n";
     m_isStartTagOpen = false;
@@ -119,11 +126,4 @@ void XmlPrinter::EndTag(std::string_view name) {
     m_text += "</";
     m_text += name;
     m_text += ">\n";
-}
-
-void XmlPrinter::PlainElement(std::string_view name, std::string_view value) {
-    StartLine(name);
-    m_text += '>';
-    m_text += value;
-    EndTag(name);
 }

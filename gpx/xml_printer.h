@@ -24,12 +24,12 @@ class XmlPrinter {
     void Element(std::string_view name, std::string_view value);
     void Element(std::string_view name, std::int32_t value);
     void Element(std::string_view name, double value);
+    void PlainElement(std::string_view name, std::string_view value);  // a value without special characters
 
  private:
     void CloseStartTag();
     void StartLine(std::string_view name);
     void EndTag(std::string_view name);
-    void PlainElement(std::string_view name, std::string_view value);
 
     std::string& m_text;
     std::size_t m_level = 0;

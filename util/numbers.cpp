@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <optional>
 
@@ -110,8 +111,22 @@ char* WriteAnyReal(double value, char* to) {
     return std::to_chars(to, to + numbers::kRealRoom, value, std::chars_format::fixed, 6).ptr;
 }
 
+// "00" to "99": digits in pairs take half the divisions.
+constexpr auto kDigitPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[2 * i] = static_cast<char>('0' + i / 10);
+        pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+    }
+    return pairs;
+}();
+
+void WriteDigitPair(std::uint32_t value, char* to) { std::memcpy(to, &kDigitPairs[2 * value], 2); }
+
 char* WriteSixDigits(std::uint32_t value, char* to) {
-    for (int i = 5; i >= 0; --i, value /= 10) to[i] = static_cast<char>('0' + value % 10);
+    WriteDigitPair(value / 10000, to);
+    WriteDigitPair(value / 100 % 100, to + 2);
+    WriteDigitPair(value % 100, to + 4);
     return to + 6;
 }
 
