@@ -30,13 +30,15 @@ void ReadAttribute(const XmlNode& element, std::string_view name, char (&field)[
 }
 
 // KEPT: compared as far as the document's version goes, so a document without one counts as 1.0, and so does
-// "1". Pinned by GpxMetadataImport.VersionThatIsABeginning_CountsAsThatVersion.
+// "1". Documents of such versions are in use. Pinned by
+// GpxMetadataImport.VersionThatIsABeginning_CountsAsThatVersion.
 bool IsVersion(const char* stated, const char* version) {
     return std::strncmp(stated, version, std::strlen(stated)) == 0;
 }
 
-// KEPT: the parts are joined by these five characters, not by the sign they stand for, and converted twice; the
-// devices know the result by that. Pinned by GpxMetadataImport.EmailOfGpx11_IsJoinedLiterally.
+// KEPT: the parts are joined by these five characters, not by the sign they stand for, and the whole is
+// converted twice; stored tracks carry such addresses. Pinned by
+// GpxMetadataImport.EmailOfGpx11_IsJoinedLiterally.
 void ReadEmailParts(const XmlNode& email, GpxMetadata& metadata) {
     char id[32] = {};
     char domain[64] = {};
