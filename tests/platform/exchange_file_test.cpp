@@ -1,29 +1,9 @@
 // A file's content exchanged in one step or not at all; what else is done to a file's content: file_test.cpp.
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <gtest/gtest.h>
 
 #include "platform/file.h"
 #include "tests/support/device.h"
-
-namespace {
-
-// While it exists, the process has no rights of its own.
-class NoRights {
- public:
-    NoRights() : m_isRoot(::geteuid() == 0) {
-        if (m_isRoot && ::seteuid(65534) != 0) throw std::runtime_error("cannot give the rights up");
-    }
-    ~NoRights() {
-        if (m_isRoot && ::seteuid(0) != 0) std::abort();
-    }
-
- private:
-    bool m_isRoot;
-};
-
-}  // namespace
+#include "tests/support/ordinary_user.h"
 
 class ExchangeFile : public DeviceTest {
  protected:
@@ -64,7 +44,7 @@ TEST_F(ExchangeFile, ClosedFolder_LeavesEvenAWritableFileAsItIs) {
     std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0555));
     std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0666));
     {
-        const NoRights noRights;
+        const AsOrdinaryUser user;
         EXPECT_FALSE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
         EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
         EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "direct"));

@@ -11,6 +11,7 @@
 
 #include "platform/file.h"
 #include "tests/support/device.h"
+#include "tests/support/ordinary_user.h"
 
 namespace fs = std::filesystem;
 using platform::ReplaceFileContent;
@@ -34,21 +35,6 @@ class SmallStorage {
  private:
     rlimit m_limit{};
     sighandler_t m_before;
-};
-
-// The superuser may write anywhere: the tests on rights run as somebody else.
-class AsOrdinaryUser {
- public:
-    AsOrdinaryUser() {
-        if (geteuid() == 0) m_isChanged = setegid(kNobody) == 0 && seteuid(kNobody) == 0;
-    }
-    ~AsOrdinaryUser() {
-        if (m_isChanged && (seteuid(0) != 0 || setegid(0) != 0)) std::abort();
-    }
-    static constexpr unsigned kNobody = 65534;
-
- private:
-    bool m_isChanged = false;
 };
 
 class ReplacingContent : public DeviceTest {
