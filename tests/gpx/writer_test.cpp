@@ -58,6 +58,21 @@ TEST_F(GpxWriter, CompleteTrack_IsTheDocumentWrittenByHand) {
     EXPECT_EQ(Exported(), ReadFile(GoldenFile("track.gpx")));
 }
 
+TEST_F(GpxWriter, ExampleInTheFormatsPage_IsWhatIsWritten) {
+    Put(m_metadata.name, "track2014-05-01T10:20:30Z");
+    Put(m_metadata.time, "2014-05-01T10:20:30Z");
+    Put(m_info.name, "Lake & back");
+    m_info.number = 2;
+    m_info.color = 0x00FF0000;
+    m_info.visible = 1;
+    m_info.length = 138.125;
+    m_info.startTime = m_info.endTime = 1398938400;
+    m_points = {Fix(47.25, 8.5, 432.1, 1398938400), Fix(47.251, 8.501, 0, 0)};
+    const std::string page = ReadFile(GoldenFile("../../docs/formats/gpx.md"));
+    const std::size_t begin = page.find("```xml\n") + 7;
+    EXPECT_EQ(Exported(), "\xEF\xBB\xBF" + page.substr(begin, page.find("```", begin) - begin));
+}
+
 TEST_F(GpxWriter, EmptyTrack_HasDeclarationRootAndOneTrack) {
     EXPECT_EQ(Exported(),
               "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"utf-8\" standalone=\"yes\"?>\n"
