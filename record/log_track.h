@@ -3,6 +3,7 @@
 // log_track_restore.cpp. What an append writes is decided in record/ring_plan.h.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <string>
@@ -46,8 +47,9 @@ class QTRACE_API CTrackEx : public CTrack {
 
     // Writes a batch and waits until the storage has it; stamps the check sequence into the caller's points.
     // False, with nothing recorded, when the files are not open, the batch is empty or holds capacity points or
-    // more, or the recording is full and must not overwrite. In the last case, when it becomes full, the rest
-    // of the batch is dropped.
+    // more, or the recording is full and must not overwrite. One that must not overwrite and becomes full takes
+    // the points that fit and drops the rest; that is true as well. So is a batch that the storage failed to
+    // take: nobody looks at the writes.
     bool AppendEx(std::vector<TckPt, je_allocator<TckPt>>& pts);
 
     // Closes both files, frees the slices; true.
@@ -85,8 +87,9 @@ class QTRACE_API CTrackEx : public CTrack {
     // Salvages the valid records among `size` bytes into the own point list, sorted by time: at most the
     // capacity, the newest. `step` above 0: what an invalid record takes from those bytes.
     void RecoverPtList(void* stream, int step, int size);
-    // Moves the point file to \TmpTk.bk in the saved-track folder; where it cannot go there, to a numbered name
-    // beside it, or beside the point file: a damaged file is never destroyed.
+    // Moves the point file to \TmpTk.bk in the saved-track folder. When that name is taken, to a numbered name
+    // beside it; when it cannot go to that folder, beside the point file. It stays where it is once all these
+    // names are taken.
     void BackTmpTrkFile();
 
     // Adds the first `count` points of a batch to the slices. lastPt: the newest point before the batch, null

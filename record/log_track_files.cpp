@@ -78,7 +78,7 @@ bool CTrackEx::AppendEx(Points& pts) {
     if (!plan) return false;
     log_file::Execute(m_pPointFile, *plan, pts);
     platform::fflush(m_pPointFile);
-    if (plan->recorded != 0) AddPtLstToTrkLst(plan->recorded, pts, NewestPoint(), ring.count);
+    AddPtLstToTrkLst(plan->recorded, pts, NewestPoint(), ring.count);
     return true;
 }
 
@@ -92,6 +92,9 @@ bool CTrackEx::RingFitsCapacity(log_file::RingHeader& header) {
     return ring.has_value();
 }
 
+// KEPT: as many records as the recording counts points. Where a batch came between clearing slices and saving
+// them, it counts more than it remembers, and records of zeros fill the file up. Pinned by
+// LogTrackSlices.SavedLateAfterClearing_IsFilledUpWithZeros.
 void CTrackEx::SavePtListInfo2(void* stream) {
     if (stream == nullptr) return;
     auto* const file = static_cast<std::FILE*>(stream);

@@ -115,7 +115,7 @@ void CTrackEx::RecoverPtList(void* stream, int step, int size) {
         const bool valid = fcs16::IsValid(record);
         if (valid) points.push_back(record);
         counter += valid ? static_cast<std::int64_t>(sizeof record) : step;
-        if (points.size() > 2u * m_usMaxPtCount) KeepNewest(points, m_usMaxPtCount);
+        if (points.size() > 2 * std::size_t{m_usMaxPtCount}) KeepNewest(points, m_usMaxPtCount);
     }
     KeepNewest(points, m_usMaxPtCount);
 }

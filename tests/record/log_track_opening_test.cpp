@@ -283,6 +283,14 @@ TEST_F(LogTrackOpening, FolderInThePlaceOfThePointFile_IsRefusedAndLeaksNothing)
     EXPECT_TRUE(Open(10));
 }
 
+TEST_F(LogTrackOpening, HalfOpenedRecording_SavesNoProperties) {
+    std::filesystem::create_directory(OnDisk(kPointFile));
+    EXPECT_FALSE(Open(10));
+    m_track->SetName("Unsaved");
+    m_track->SavePropertyData();
+    EXPECT_EQ(BytesOf(kHeadFile), HeadFile("", 1, 0x00FF0000));
+}
+
 TEST_F(LogTrackOpening, FolderInThePlaceOfTheHeadFile_IsRefused) {
     std::filesystem::create_directory(OnDisk(kHeadFile));
     EXPECT_FALSE(Open(10));

@@ -218,14 +218,14 @@ TEST_F(RecoveryWalk, NoStreamOrNoSize_FindsNothing) {
 
 class HugePointFile : FilesInMemory, public LogTrackRecovery {};
 
-// A size that does not fit a signed number of 32 bits.
+// A size that does not fit a signed number of 32 bits. What was in front is found, and what is missing is no
+// endless loop.
 TEST_F(HugePointFile, TwoGibibytes_AreReadToTheirEnd) {
-    NextFixes(2);
-    Write(kPointFile, RingFile(0, {Sent(0), Sent(1)}));
+    Write(kPointFile, Records(2));
     std::error_code full;
-    std::filesystem::resize_file(OnDisk(kPointFile), (std::uintmax_t{1} << 31) + 4 + 48 * 2, full);
+    std::filesystem::resize_file(OnDisk(kPointFile), (std::uintmax_t{1} << 31) + 100, full);
     if (full) GTEST_SKIP() << "no room for a sparse file of two gibibytes: " << full.message();
     EXPECT_TRUE(Open(10));
-    EXPECT_EQ(m_track->GetPtCount(), 0u);
-    EXPECT_EQ(File(), RingFile(0, {}));
+    EXPECT_EQ(Times(), (std::vector<int>{0, 1}));
+    EXPECT_EQ(File(), RingFile(0, {Sent(0), Sent(1)}));
 }

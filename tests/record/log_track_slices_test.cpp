@@ -189,6 +189,13 @@ TEST_F(LogTrackSlices, SlicesSaved_TakeTheHeadDataAlong) {
     EXPECT_EQ(BytesOf(kHeadFile).substr(32, 8), std::string("Renamed\0", 8));
 }
 
+TEST_F(LogTrackSlices, SavedAgainAndAgain_LeaksNoHandle) {
+    Open(10);
+    const int handles = OpenHandles();
+    for (int time = 0; time < 3; ++time) EXPECT_TRUE(m_track->SaveSliceData());
+    EXPECT_EQ(OpenHandles(), handles);
+}
+
 TEST_F(LogTrackSlices, SavedWithNothingOpen_OpensThePointFile) {
     CTrackEx track(10);
     EXPECT_FALSE(track.SaveSliceData()) << "no name";
@@ -218,6 +225,27 @@ TEST_F(LogTrackSlices, BatchAfterSlicesWereClearedButNotSaved_CountsWithTheFile)
     EXPECT_EQ(SliceSizes(), (std::vector<int>{4, 2}));
     EXPECT_EQ(m_track->GetPtCount(), 9u);
     EXPECT_EQ(Ring(), (RingState{0, 9}));
+}
+
+TEST_F(LogTrackSlices, SavedLateAfterClearing_IsFilledUpWithZeros) {
+    Open(20);
+    RecordWithPauses({2, 3});
+    m_track->ClearSliceTrace(0);
+    Record(1);
+    EXPECT_TRUE(m_track->SaveSliceData());
+    EXPECT_EQ(BytesOf(kPointFile), described::RingFile(0, {Sent(2), Sent(3), Sent(4), Sent(5),
+                                                           described::kZeros, described::kZeros}));
+}
+
+TEST_F(LogTrackSlices, SavedWithMoreSlicesThanCounted_IsAConsistentRing) {
+    CTrackEx track;
+    for (const TckPt& fix : NextFixes(3)) track.AppendPt(fix, false);
+    track.DoSlice();
+    EXPECT_EQ(track.GetPtCount(), 0u) << "points that were not recorded";
+    track.SetFilePathEx("Log.dat", "LogHd.dat");
+    EXPECT_TRUE(track.SaveSliceData());
+    EXPECT_EQ(BytesOf(kPointFile), described::RingFile(0, {}));
+    track.CloseEx();
 }
 
 // --- Cutting the own points ---
