@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -207,6 +208,21 @@ class LogTrackTest : public DeviceTest {
     std::vector<TckPt> m_sent;
     std::int32_t m_time = kFirstTime;
 };
+
+// What `ask` answers about an age in seconds of a point at `time`, exactly, by the clock: asked again when the
+// clock went on meanwhile.
+template <typename Ask>
+auto WithExactAge(std::int32_t time, Ask ask) {
+    const auto now = [] {
+        using namespace std::chrono;
+        return static_cast<int>(floor<seconds>(system_clock::now()).time_since_epoch().count());
+    };
+    for (;;) {
+        const int before = now();
+        const auto answer = ask(before - time);
+        if (now() == before) return answer;
+    }
+}
 
 // Open file handles of this process; -1 where the system does not tell.
 inline int OpenHandles() {

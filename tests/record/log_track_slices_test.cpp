@@ -296,6 +296,14 @@ TEST_F(NewestPoints, PointsUpToThatOld_AreGivenOldestFirstFromAllSlices) {
     EXPECT_EQ(Within(20000).size(), 5u);
 }
 
+TEST_F(NewestPoints, PointOfExactlyThatAge_IsGiven) {
+    Open(20);
+    RecordAges({100});
+    const std::int32_t time = Remembered()[0].lTime;
+    EXPECT_EQ(WithExactAge(time, [&](int age) { return Within(age).size(); }), 1u);
+    EXPECT_EQ(WithExactAge(time, [&](int age) { return Within(age - 1).size(); }), 0u);
+}
+
 TEST_F(NewestPoints, NewestPointTwoMinutesOld_GivesNothingForAMinute) {
     Open(20);
     RecordAges({300, 120});

@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+#include "tests/record/log_track_fixture.h"
 
-using Points = std::vector<TckPt, je_allocator<TckPt>>;
+namespace {
 
 constexpr std::int32_t kStart = 1'000'000'000;
 constexpr double kMetresPerDegree = 111120.0;  // along a meridian, on the sphere that distances are measured on
@@ -359,6 +359,15 @@ TEST_F(RecentChosen, PointsUpToThatOld_AreGiven) {
     EXPECT_EQ(RecentWithin(4000), 2u);
     EXPECT_EQ(RecentWithin(10000), 3u);
     EXPECT_EQ(RecentWithin(500), 0u);
+}
+
+TEST_F(RecentChosen, PointOfExactlyThatAge_IsGiven) {
+    Choose({100});
+    Points chosen;
+    m_strategy.GetSavePtLst(chosen);
+    const std::int32_t time = chosen.at(0).lTime;
+    EXPECT_EQ(WithExactAge(time, [&](int age) { return RecentWithin(age); }), 1u);
+    EXPECT_EQ(WithExactAge(time, [&](int age) { return RecentWithin(age - 1); }), 0u);
 }
 
 TEST_F(RecentChosen, ZeroSeconds_GiveThePresentAndTheFuture) {
