@@ -1,15 +1,13 @@
-// The list of stored tracks: finding, adding, deleting, naming, order. How it is filled: storage_scan.cpp.
+// The list of stored tracks: finding, adding, deleting, order. Names: track_names.cpp. How it is filled:
+// storage_scan.cpp.
 #include <algorithm>
 
 #include "library/track_manager.h"
 #include "util/kept_leak.h"
-#include "util/paths.h"
 #include "util/text.h"
 #include "util/time.h"
 
 namespace {
-
-constexpr int kNameSize = 32;
 
 std::string InCapitals(std::string text) {
     UpString(text);
@@ -94,40 +92,4 @@ void CTrackMan::SortTrackFile() {
     std::stable_sort(m_vecTracks.begin(), m_vecTracks.end(), [](CTrackProxy* a, CTrackProxy* b) {
         return a->GetLstWriteTime() > b->GetLstWriteTime();
     });
-}
-
-// --- Names ---
-
-// The name cut to what a track may have; true when it had to be cut, and then it is one that no track has.
-bool CTrackMan::GetTrackName(const std::string& name, std::string& out) {
-    GetString_1(name, out, kNameSize, false);
-    if (out == name) return false;
-    if (GetTrack(out) != nullptr || GetTrackByFile(out) != nullptr) ConstructTrackName(name, out);
-    return true;
-}
-
-void CTrackMan::ConstructTrackName(const std::string& name, std::string& out) {
-    for (int n = 1;; ++n) {
-        const std::string suffix = "_" + std::to_string(n);
-        GetString_1(name, out, kNameSize - static_cast<int>(suffix.size()), false);
-        out += suffix;
-        if (GetTrack(out) == nullptr && GetTrackByFile(out) == nullptr) return;
-    }
-}
-
-// Of tracks with one display name the last keeps it.
-void CTrackMan::CheckTrackIsSameName() {
-    for (std::size_t i = m_vecTracks.size(); i-- > 0;) {
-        const std::string name = m_vecTracks[i]->GetName();
-        std::string unique;
-        if (GetTrackName(name, unique)) {
-            m_vecTracks[i]->SetName(unique.c_str());
-            continue;
-        }
-        for (std::size_t j = i; j-- > 0;) {
-            if (m_vecTracks[j]->GetName() != name) continue;
-            ConstructTrackName(name, unique);
-            m_vecTracks[j]->SetName(unique.c_str());
-        }
-    }
 }

@@ -1,5 +1,6 @@
 // CTrackMan: the one object through which a host drives the library: recording, stored tracks, callbacks.
-// Recording: manager_core.cpp. The list of tracks: track_list.cpp. Scan and loading thread: storage_scan.cpp.
+// Recording: manager_core.cpp. The list of tracks: track_list.cpp, their names: track_names.cpp. Scan and
+// loading thread: storage_scan.cpp.
 #pragma once
 
 #include <atomic>
@@ -121,6 +122,7 @@ class QTRACE_API CTrackMan {
     void DestroyTrack(std::size_t index);
     void AppendSlices(CTrack& track);
 
+    bool IsNameTaken(const std::string& name);
     bool GetTrackName(const std::string& name, std::string& out);
     void ConstructTrackName(const std::string& name, std::string& out);
     void CheckTrackIsSameName();
