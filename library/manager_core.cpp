@@ -170,5 +170,6 @@ void CTrackMan::SetInUse(bool inUse) { m_bInUse = inUse; }
 bool CTrackMan::GetInUse() { return m_bInUse; }
 
 // KEPT: no track is ever reported as in use, none is refused for want of room; hosts rely on these answers.
+// Pinned by Manager.InUseOfATrack_IsFalseForEveryIndex and TrackList.TwentyFirstTrack_IsAdded.
 bool CTrackMan::InUse(unsigned long) { return false; }
 int CTrackMan::GetUseable() { return std::max(0, kRoomForTracks - static_cast<int>(GetCnt())); }

@@ -64,7 +64,9 @@ bool CTrackMan::AddTrack(CTrackProxy* proxy) {
     return true;
 }
 
-// KEPT: the file is written before the name is checked, and the handle that is refused is not destroyed.
+// KEPT: the file is written before the name is checked, so that a track is never lost for its name; and the
+// handle that is refused is not destroyed. Pinned by
+// TrackList.AddedTrackOfAnExistingName_IsRefusedButItsFileStays.
 bool CTrackMan::AddTrack(CTrack& track) {
     auto* proxy = new CTrackProxy(track, true);
     if (track.IsSaveSus() && AddTrack(proxy)) return true;

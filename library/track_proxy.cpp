@@ -69,7 +69,10 @@ CTrackProxy::CTrackProxy(CTrack& track, bool saved) {
 
 CTrackProxy::CTrackProxy(const CTrackProxy& other) = default;
 
-// KEPT: the other's display name becomes the file name, and what was loaded is let go without being freed.
+// KEPT: the other's display name becomes the file name, for a copy that is to be saved under it; and what was
+// loaded is let go without being freed, since it may be borrowed. Pinned by
+// TrackCreation.Assignment_MakesTheDisplayNameTheFileName and
+// TrackCreation.Assignment_LetsALoadedTrackGoWithoutFreeingIt.
 CTrackProxy& CTrackProxy::operator=(const CTrackProxy& other) {
     auto& source = const_cast<CTrackProxy&>(other);  // its getters may read its header
     m_strTrkFileName = source.GetName();
@@ -122,7 +125,8 @@ void CTrackProxy::TakeStatistics(CTrack& track) {
     m_dArea = std::fabs(track.GetArea());
 }
 
-// KEPT: a value of 0 is read again at each query, a header that says 0 included.
+// KEPT: a value of 0 is read again at each query, a header that says 0 included: that is how a file that was
+// written meanwhile is noticed. Pinned by TrackHeader.ZeroTimesLengthAndArea_AreReadAgainAtEveryQuery.
 long CTrackProxy::GetStartTime() {
     if (m_lStartTime == 0) LoadTrackData();
     return m_lStartTime;
@@ -237,7 +241,8 @@ bool CTrackProxy::SaveHeadInfo(std::string path) {
 
     std::memset(info.name, 0, sizeof info.name);
     m_strName.copy(info.name, kNameSize);
-    info.visible = m_iVisible != 0 ? 1 : 0;  // not known counts as shown
+    // KEPT: not known counts as shown. Pinned by TrackSaving.HeaderNeverRead_IsWrittenAsItIsAndShown.
+    info.visible = m_iVisible != 0 ? 1 : 0;
     info.number = static_cast<std::int32_t>(m_ulPtCount);
     info.color = static_cast<std::uint32_t>(m_ulColor);
     info.length = m_dLength;
@@ -311,7 +316,8 @@ void CTrackProxy::Caculate() {
     DeleteTrack();
 }
 
-// KEPT: the stream is written over the beginning of the file; what lies behind it stays.
+// KEPT: the stream is written over the beginning of the file; what lies behind it stays, and readers of the
+// stream do not look there. Pinned by TrackSaving.Points_GoOverTheBeginningOfTheFileAsARecordStream.
 void CTrackProxy::SaveTrackPtLst() {
     std::FILE* file = platform::fopen(m_strTrackPath.c_str(), "rb+");
     if (m_pTrack != nullptr) {
