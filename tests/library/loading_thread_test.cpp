@@ -1,5 +1,8 @@
 // Loading runs on a thread of its own: what others see of it, what it calls, and what is left when it is
 // stopped.
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <atomic>
 #include <semaphore>
 
@@ -14,6 +17,7 @@ struct Map {
     inline static std::atomic<bool> wasLoading{false};
     inline static std::atomic<unsigned long> tracks{0};
     inline static std::atomic<std::thread::id> caller{};
+    inline static std::atomic<pid_t> systemsNumber{0};  // of the calling thread
     inline static std::binary_semaphore entered{0};
     inline static std::binary_semaphore mayLeave{0};
 
@@ -21,6 +25,7 @@ struct Map {
         wasLoading = CTrackMan::Instance()->IsLoadingDataToMap();
         tracks = CTrackMan::Instance()->GetCnt();
         caller = std::this_thread::get_id();
+        systemsNumber = gettid();
         ++calls;
     }
     static void OnLoadedAndHold() {
@@ -82,6 +87,17 @@ TEST_F(LoadingThread, Thread_IsKnownWhileItRuns) {
     Library().LoadData();
     Map::entered.acquire();
     EXPECT_TRUE(TrackManInside::KnowsLoadThread(Library()));
+    Map::mayLeave.release();
+    WaitUntilLoaded();
+}
+
+TEST_F(LoadingThread, Thread_HasLessPriorityThanTheHost) {
+    const int hosts = getpriority(PRIO_PROCESS, 0);
+    if (hosts == 19) GTEST_SKIP() << "the host has the least priority there is";
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
+    Library().LoadData();
+    Map::entered.acquire();
+    EXPECT_GT(getpriority(PRIO_PROCESS, static_cast<id_t>(Map::systemsNumber)), hosts);
     Map::mayLeave.release();
     WaitUntilLoaded();
 }

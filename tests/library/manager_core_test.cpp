@@ -1,5 +1,6 @@
 // The manager itself: its one instance, its marks and constant answers, its callbacks.
 #include "tests/library/library_fixture.h"
+#include "tests/support/virtual_slot.h"
 
 namespace {
 
@@ -24,6 +25,12 @@ TckPt Fix(std::int32_t time) {
 }  // namespace
 
 using Manager = LibraryTest;
+
+TEST(ManagerInterface, Operations_KeepTheirOrder) {
+    EXPECT_EQ(SlotOf(&CTrackMan::Init), 1u);
+    EXPECT_EQ(SlotOf(&CTrackMan::Load), 2u);
+    EXPECT_EQ(SlotOf(&CTrackMan::Save), 3u);
+}
 
 TEST_F(Manager, Instance_IsOneObject) { EXPECT_EQ(CTrackMan::Instance(), CTrackMan::Instance()); }
 

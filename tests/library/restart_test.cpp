@@ -1,4 +1,7 @@
 // Loading opens the recording again, as often as it is asked for: nothing recorded is lost, no file stays open.
+#include <sys/inotify.h>
+#include <unistd.h>
+
 #include "tests/library/library_fixture.h"
 #include "tests/library/log_on_disk.h"
 
@@ -20,6 +23,22 @@ class Reopening : public LibraryTest {
         }
         std::sort(names.begin(), names.end());
         return names;
+    }
+
+    // How often a file is opened during an action. Watched for closing too: equal notices would be taken for
+    // one.
+    template <typename Action>
+    int OpeningsOf(const std::string& devicePath, Action action) const {
+        const int watch = inotify_init1(IN_NONBLOCK);
+        EXPECT_GE(inotify_add_watch(watch, OnDisk(devicePath).c_str(), IN_OPEN | IN_CLOSE), 0);
+        action();
+        alignas(inotify_event) char notices[4096];
+        const ssize_t size = read(watch, notices, sizeof notices);
+        close(watch);
+        int openings = 0;
+        for (ssize_t at = 0; at < size; at += static_cast<ssize_t>(sizeof(inotify_event)))
+            if ((reinterpret_cast<const inotify_event*>(notices + at)->mask & IN_OPEN) != 0) ++openings;
+        return openings;
     }
 };
 
@@ -101,6 +120,17 @@ TEST_F(Reopening, OverwriteModeOfTheSettings_CountsFromTheNextLoad) {
     EXPECT_EQ(Log().start, 0u);
     EXPECT_EQ(Log().slots.back().lTime, kRideStart + 9999);
     EXPECT_FALSE(Library().GetLogTrack()->AppendEx(two));
+}
+
+TEST_F(Reopening, RecordingThatCanBeOpened_IsOpenedOnce) {
+    Load();
+    EXPECT_EQ(OpeningsOf("\\App\\LogHd.dat", [] { Load(); }), 1);
+}
+
+TEST_F(Reopening, RecordingThatCannotBeOpened_IsTriedThreeTimes) {
+    std::filesystem::create_directories(OnDisk("\\App\\Log.dat"));
+    Load();
+    EXPECT_EQ(OpeningsOf("\\App\\LogHd.dat", [] { Load(); }), 3);
 }
 
 TEST_F(Reopening, RecordingThatCannotBeOpened_LeavesTheLibraryUsable) {

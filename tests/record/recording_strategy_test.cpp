@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/record/log_track_fixture.h"
+#include "tests/support/virtual_slot.h"
 
 namespace {
 
@@ -60,6 +61,13 @@ class AnyStrategy : public ::testing::TestWithParam<int> {
     std::unique_ptr<ITrackSaveStragy> m_strategy;
 };
 INSTANTIATE_TEST_SUITE_P(DistTimeAuto, AnyStrategy, ::testing::Values(0, 1, 2));
+
+TEST(StrategyInterface, Operations_KeepTheirOrder) {
+    EXPECT_EQ(SlotOf(&ITrackSaveStragy::AddFixPt), 1u);
+    EXPECT_EQ(SlotOf(&ITrackSaveStragy::ClearSavePtLst), 2u);
+    EXPECT_EQ(SlotOf(&ITrackSaveStragy::GetSavePtLst), 3u);
+    EXPECT_EQ(SlotOf(&ITrackSaveStragy::GetRecentPtLst), 4u);
+}
 
 TEST_P(AnyStrategy, FixWithoutTime_IsIgnored) {
     EXPECT_EQ(Strategy().AddFixPt(FixWithTime(0)), 0);

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "library/track_manager.h"
 #include "tests/support/device.h"
@@ -102,6 +103,13 @@ TEST_F(SettingsTest, Init_RestoresTheDefaultsAndLeavesThePaths) {
 TEST_F(SettingsTest, EveryValue_IsKeptAsSet) {
     ChangeEveryValue(m_settings);
     ExpectEveryValueChanged(m_settings);
+}
+
+TEST_F(SettingsTest, ModesAndPlaces_Are32BitNumbers) {
+    EXPECT_EQ(sizeof(EnumRecTrack), 4u);
+    EXPECT_EQ(sizeof(EnumStoreTrack), 4u);
+    EXPECT_EQ((std::vector<int>{RecTrackByDist, RecTrackByTime, RecTrackAuto}), (std::vector<int>{0, 1, 2}));
+    EXPECT_EQ((std::vector<int>{StoreTrkDevice, StoreTrkSdCard, StoreTrkAuto}), (std::vector<int>{0, 1, 2}));
 }
 
 TEST_F(SettingsTest, RecordingValues_AreSetAndReadAtOnce) {
