@@ -22,7 +22,7 @@ struct RingHeader;
 // for want of memory.
 class QTRACE_API CTrackEx : public CTrack {
  public:
-    static const int s_iDiffTime = 1800;  // [s]
+    static constexpr int s_iDiffTime = 1800;  // [s] a gap of at least this begins a new slice
 
     CTrackEx();                                  // capacity 10000 points
     explicit CTrackEx(unsigned short capacity);  // points

@@ -15,6 +15,11 @@ class LogTrackSlices : public LogTrackTest {
     }
 };
 
+TEST_F(LogTrackSlices, GapThatCuts_IsAConstantThatHostsMayReferTo) {
+    const int& gap = CTrackEx::s_iDiffTime;
+    EXPECT_EQ(gap, 1800);
+}
+
 TEST_F(LogTrackSlices, BatchesOf1799SecondsApart_JoinOneSlice) {
     Open(10);
     Record(2);
