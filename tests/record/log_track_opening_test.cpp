@@ -175,6 +175,18 @@ TEST_F(LogTrackOpening, HeadFile_GivesNameVisibilityAndColour) {
     EXPECT_EQ(m_track->GetColor(), 0x00ABCDEFu);
 }
 
+TEST_F(LogTrackOpening, HeadFile_GivesStatisticsThatAreSavedBackAsTheyWere) {
+    std::string head = HeadFile("Over the pass", 1, 0x00ABCDEF);
+    for (std::size_t i = 72; i < head.size(); ++i) head[i] = static_cast<char>(i % 64);  // times, length, area
+    Write(kHeadFile, head);
+    ASSERT_TRUE(Open(10));
+    Record(3);
+    m_track->SetVisible(false);
+    m_track->SavePropertyData();
+    head[64] = 0;
+    EXPECT_EQ(BytesOf(kHeadFile), head);
+}
+
 TEST_F(LogTrackOpening, HeadFileThatIsNone_IsLeftAloneAndIgnored) {
     for (const std::string& content : {std::string(), std::string("Qarvolent"), std::string(200, 'x')}) {
         Write(kHeadFile, content);

@@ -1,5 +1,6 @@
 #include "record/recording_strategy.h"
 
+#include <algorithm>
 #include <cstring>
 #include <ctime>
 #include <initializer_list>
@@ -10,6 +11,7 @@
 
 #include "tests/record/log_track_fixture.h"
 #include "tests/support/virtual_slot.h"
+#include "track/geodesy.h"
 
 namespace {
 
@@ -30,6 +32,13 @@ TckPt FixWithTime(std::int32_t time) {
     TckPt fix{};
     fix.lTime = time;
     return fix;
+}
+
+double Metres(const TckPt& from, const TckPt& to) {
+    double distance = 0.0;
+    double bearing = 0.0;
+    CalDistance(from.dLatitude, from.dLongitude, to.dLatitude, to.dLongitude, 0, &distance, &bearing);
+    return distance;
 }
 
 // Seconds after the start of the points chosen so far.
@@ -234,6 +243,24 @@ TEST(DistStrategy, StepOfFiveSeconds_IsMeasuredByPositions) {
     strategy.AddFixPt(FixAt(0, 100.0, 0.0));
     EXPECT_EQ(strategy.AddFixPt(FixAt(5, 100.0, 9.0)), 0) << "500 m by the speeds";
     EXPECT_EQ(strategy.AddFixPt(FixAt(10, 100.0, 11.0)), 1);
+}
+
+// Measured the other way round a distance may differ in its last bits; the break is the longer of the two.
+TEST(DistStrategy, LongStep_IsMeasuredFromTheNewFixBack) {
+    int different = 0;
+    for (int i = 1; i <= 100; ++i) {
+        const TckPt first = FixAt(0);
+        TckPt second = FixAt(5, 0.0, 37.0 * i);
+        second.dLongitude += 0.0017 * i;
+        const double back = Metres(second, first);
+        const double there = Metres(first, second);
+        if (back == there) continue;
+        ++different;
+        CTrackDistStragy strategy(std::max(back, there));
+        strategy.AddFixPt(first);
+        EXPECT_EQ(strategy.AddFixPt(second), back > there ? 1 : 0) << "fix " << i;
+    }
+    EXPECT_GT(different, 0);
 }
 
 TEST(DistStrategy, LongSteps_AddUp) {
