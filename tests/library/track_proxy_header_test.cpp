@@ -194,6 +194,17 @@ TEST_F(TrackHeader, PathOnly_IsKeptAsGiven) {
     EXPECT_EQ(proxy.GetTrkFileName(), "walk");
 }
 
+TEST_F(TrackHeader, NewPath_GivesItsFileNameWhenItIsRead) {
+    Store("walk");
+    Store("run");
+    const auto track = Handle("walk");
+    track->Load(nullptr);
+    track->SetTrackPath(PathOf("run"));
+    EXPECT_EQ(track->GetTrkFileName(), "walk");
+    track->Load(nullptr);
+    EXPECT_EQ(track->GetTrkFileName(), "run");
+}
+
 TEST_F(TrackHeader, OfAHandleWithoutFile_IsEmpty) {
     CTrackProxy proxy;
     EXPECT_EQ(proxy.GetName(), "");

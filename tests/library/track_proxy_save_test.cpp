@@ -16,7 +16,7 @@ std::uint32_t Word(const std::string& stream, std::size_t offset) {
 }
 std::string NameIn(const std::string& stream) { return stream.substr(32, 32).c_str(); }
 
-constexpr std::size_t kColor = 68, kStartTime = 72, kCount = 96, kPoints = 100, kPointSize = 48;
+constexpr std::size_t kColor = 68, kStartTime = 72, kEndTime = 76, kCount = 96, kPoints = 100, kPointSize = 48;
 
 }  // namespace
 
@@ -170,6 +170,16 @@ TEST_F(TrackSaving, PointsAsARecordStream_SetTheHeaderAndStayLoaded) {
     EXPECT_EQ(TrackProxyInside::Visibility(*walk), 0);
 }
 
+TEST_F(TrackSaving, PointsAsARecordStream_HaveTheStatisticsOfThePoints) {
+    Store("walk", {.startTime = "2001-01-01T00:00:00Z", .endTime = "2002-01-01T00:00:00Z"});
+    const auto walk = Handle("walk");
+    walk->SimplyTrack();
+    walk->SaveTrackPtLst();
+    const std::string saved = BytesOf(PathOf("walk"));
+    EXPECT_EQ(Word(saved, kStartTime), static_cast<std::uint32_t>(SecondsOf(2014, 5, 1, 10, 0, 0)));
+    EXPECT_EQ(Word(saved, kEndTime), static_cast<std::uint32_t>(SecondsOf(2014, 5, 1, 11, 0, 0)));
+}
+
 TEST_F(TrackSaving, RecordStreamReadAsADocument_IsRefusedAndLeftAlone) {
     Store("walk", {.color = "10"});  // a line feed, among the first bytes of the stream
     const auto walk = Handle("walk");
@@ -232,6 +242,14 @@ TEST_F(TrackSaving, NewFileName_MovesTheFile) {
     EXPECT_EQ(walk->GetTrkFileName(), "run");
     EXPECT_EQ(BytesOf(PathOf("run")), content);
     EXPECT_FALSE(Exists(PathOf("walk")));
+}
+
+TEST_F(TrackSaving, NewFileName_TakesThePlaceOfTheOldOne) {
+    Store("walk");
+    const auto walk = Handle("walk");
+    ASSERT_EQ(walk->GetTrkFileName(), "walk");
+    walk->SetTrkFileName("run");
+    EXPECT_EQ(walk->GetTrkFileName(), "run");
 }
 
 TEST_F(TrackSaving, NewFileName_LeavesTheDisplayNameAlone) {

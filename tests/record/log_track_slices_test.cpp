@@ -74,6 +74,16 @@ TEST_F(LogTrackSlices, BatchAfterARestart_JoinsWhatWasRead) {
     EXPECT_EQ(SliceSizes(), std::vector<int>{5});
 }
 
+TEST_F(LogTrackSlices, BatchAfterARestart_AddsToTheStatisticsOfWhatWasRead) {
+    Open(10);
+    Record(5);
+    Open(10);
+    Record(3);
+    CTrack slice(*m_track->GetSliceTrace(0));
+    EXPECT_NEAR(m_track->GetLength(), AidCalLength(slice.GetPtList()), 1e-6);
+    EXPECT_EQ(slice.GetEndTime(), kFirstTime + 7);
+}
+
 // --- Trimming ---
 
 TEST_F(LogTrackSlices, FourPointsBehindEightInARingOfTen_TakeTheTwoOldestOutOfTheFirstSlice) {
