@@ -112,6 +112,17 @@ TEST_F(TrackCreation, WithoutAStoragePlace_Fails) {
     EXPECT_EQ(track.GetPtCount(), 3u);
 }
 
+TEST_F(TrackCreation, ThatFails_LeavesTheHandleAsANewOne) {
+    s_roomInDevice = false;
+    CTrack track = NewTrack("Nowhere");
+    CTrackProxy proxy(track, true);
+    EXPECT_STREQ(proxy.GetTrackPath(), "");
+    EXPECT_EQ(TrackProxyInside::FileName(proxy), "");
+    EXPECT_EQ(TrackProxyInside::PointCount(proxy), 0u);
+    EXPECT_EQ(TrackProxyInside::Visibility(proxy), -1);
+    EXPECT_EQ(proxy.GetLstWriteTime(), 0);
+}
+
 TEST_F(TrackCreation, MissingFolders_AreMade) {
     std::filesystem::remove_all(OnDisk("\\App\\UserData"));
     CTrack track = NewTrack("Hill");
