@@ -218,14 +218,6 @@ TEST_F(LogTrackOpening, PropertiesOfAClosedRecording_AreNotSaved) {
     EXPECT_EQ(BytesOf(kHeadFile), HeadFile("", 1, 0x00FF0000));
 }
 
-TEST_F(LogTrackOpening, PropertiesWithoutAPointFile_AreNotSaved) {
-    std::filesystem::create_directory(OnDisk(kPointFile));
-    ASSERT_FALSE(Open(10));
-    m_track->SetName("Half open");
-    m_track->SavePropertyData();
-    EXPECT_EQ(BytesOf(kHeadFile), HeadFile("", 1, 0x00FF0000));
-}
-
 TEST_F(LogTrackOpening, Appending_DoesNotTouchTheHeadFile) {
     ASSERT_TRUE(Open(10));
     m_track->SetName("Unsaved");
