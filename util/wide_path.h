@@ -5,7 +5,7 @@
 
 #include <string>
 
-// As wide text of at most 260 units; empty when it is longer.
+// As wide text of at most 260 units. A longer path is cut there, and so is one that names no file.
 std::wstring WidePath(const std::string& path);
 
 // Without folder and extension: what stands between the last backslash and the last dot behind it.
