@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "platform/file.h"
+#include "record/append_redo.h"
 #include "record/recent.h"
 
 namespace {
@@ -25,9 +26,11 @@ double SecondsBetween(const TckPt& a, const TckPt& b) {
 
 CTrackEx::CTrackEx() : CTrackEx(kDefaultCapacity) {}
 
-CTrackEx::CTrackEx(unsigned short capacity) : m_usMaxPtCount(capacity) {}
+CTrackEx::CTrackEx(unsigned short capacity)
+    : m_pRedo(std::make_unique<log_file::AppendRedo>()), m_usMaxPtCount(capacity) {}
 
-CTrackEx::CTrackEx(const CTrackEx& other) : CTrack(other), m_usMaxPtCount(kDefaultCapacity) {}
+CTrackEx::CTrackEx(const CTrackEx& other)
+    : CTrack(other), m_pRedo(std::make_unique<log_file::AppendRedo>()), m_usMaxPtCount(kDefaultCapacity) {}
 
 // KEPT: the slices are not destroyed here. Hosts may still draw a slice that they were given; who is done with
 // them calls CloseEx first.

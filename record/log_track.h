@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,7 +15,8 @@
 
 namespace log_file {
 struct RingHeader;
-}
+class AppendRedo;
+}  // namespace log_file
 
 // In memory the recording is cut into slices: tracks of consecutive points without a gap of s_iDiffTime seconds
 // or more. One instance lives in CTrackMan; the host's thread only. Owns its two streams and its slices.
@@ -107,7 +109,8 @@ class QTRACE_API CTrackEx : public CTrack {
     static std::string PathOf(const std::string& fileName);
     bool OpenHeadFile();
     bool OpenPointFile();
-    bool ReopenPointFile();  // emptied
+    void FinishLastAppend();  // what a power cut interrupted
+    bool ReopenPointFile();   // emptied
     bool RestoreRing();
     void LoadRing(const log_file::RingHeader& header);
     bool SalvageRing(std::int64_t fileSize);
@@ -119,8 +122,9 @@ class QTRACE_API CTrackEx : public CTrack {
     std::string m_strPointFile;
     std::FILE* m_pHeadFile = nullptr;
     std::string m_strHeadFile;
-    std::vector<CTrack*> m_vecSlices;  // owned, oldest first, none without points
-    std::vector<double> m_vecGaps;     // [s] scratch: time before each of the own points
+    std::unique_ptr<log_file::AppendRedo> m_pRedo;  // the note of the append in hand
+    std::vector<CTrack*> m_vecSlices;               // owned, oldest first, none without points
+    std::vector<double> m_vecGaps;                  // [s] scratch: time before each of the own points
     bool m_bOverWrt = false;
     std::uint16_t m_usMaxPtCount;
     std::uint32_t m_uPtCount = 0;

@@ -1,6 +1,7 @@
 // The recording's files while it runs: opening, appending, writing anew. What a start finds in them:
 // record/log_track_restore.cpp. The bytes: docs/formats/log-file.md. What an append writes: record/ring_plan.h.
 #include "platform/file.h"
+#include "record/append_redo.h"
 #include "record/fcs16.h"
 #include "record/log_track.h"
 #include "record/ring_file.h"
@@ -34,7 +35,9 @@ std::string CTrackEx::PathOf(const std::string& fileName) {
 bool CTrackEx::OpenEx() {
     if (m_strPointFile.empty() || m_strHeadFile.empty()) return false;
     CloseEx();
-    return OpenHeadFile() && OpenPointFile() && RestoreRing();
+    if (!OpenHeadFile() || !OpenPointFile()) return false;
+    FinishLastAppend();
+    return RestoreRing();
 }
 
 bool CTrackEx::CloseEx() {
@@ -42,6 +45,7 @@ bool CTrackEx::CloseEx() {
     platform::fclose(m_pHeadFile);
     m_pPointFile = nullptr;
     m_pHeadFile = nullptr;
+    m_pRedo->Close();
     ClearAllSliceTrace();
     return true;
 }
@@ -63,7 +67,14 @@ bool CTrackEx::OpenPointFile() {
     return m_pPointFile != nullptr || ReopenPointFile();
 }
 
+void CTrackEx::FinishLastAppend() {
+    m_pRedo->Open(PathOf(m_strPointFile + log_file::kRedoSuffix).c_str());
+    if (m_pRedo->Replay(m_pPointFile)) platform::fflush(m_pPointFile);
+    m_pRedo->Forget();
+}
+
 bool CTrackEx::ReopenPointFile() {
+    m_pRedo->Forget();
     platform::fclose(m_pPointFile);
     m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kCreateEmpty);
     return m_pPointFile != nullptr;
@@ -76,6 +87,7 @@ bool CTrackEx::AppendEx(Points& pts) {
     if (!RingFitsCapacity(ring)) return false;
     const auto plan = log_file::PlanAppend(ring, pts.size(), m_usMaxPtCount, m_bOverWrt);
     if (!plan) return false;
+    m_pRedo->Note(ring, *plan, pts);
     log_file::Execute(m_pPointFile, *plan, pts);
     platform::fflush(m_pPointFile);
     AddPtLstToTrkLst(plan->recorded, pts, NewestPoint(), ring.count);

@@ -7,7 +7,7 @@ class LogFileDocument : public LogTrackTest {
  protected:
     // The bytes of the dump: lines of an offset, up to 16 bytes in hexadecimal, and perhaps a remark.
     static std::string Example() {
-        const auto document = std::filesystem::path(__FILE__).parent_path() / "../../docs/formats/log-file.md";
+        const auto document = std::filesystem::path(QTRACE_DOCS) / "formats/log-file.md";
         std::istringstream lines(ReadFile(document));
         std::string bytes;
         for (std::string line; std::getline(lines, line);) {
