@@ -1,5 +1,8 @@
 // `qtrace record` stopped by a signal, and killed in the middle.
+#include <chrono>
 #include <csignal>
+#include <random>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -87,6 +90,23 @@ TEST_F(RecordStop, KilledAgainAndAgain_NeverLosesAPoint) {
         EXPECT_TRUE(SameFixes(Ring().points, written));
     }
     EXPECT_GT(written.size(), 2000u);
+}
+
+// A kill in the middle of the work, wherever it hits: what one run has written, the next one finds.
+TEST_F(RecordStop, KilledWhileWriting_NeverLosesAPoint) {
+    std::mt19937 random(20240512);
+    const std::string log = Log(SampleDrive());
+    std::size_t written = 0;
+    for (int kill = 0; kill < 40; ++kill) {
+        Process recorder(Command({log, "--no-save"}));
+        std::this_thread::sleep_for(std::chrono::microseconds(random() % 40'000));
+        recorder.Send(SIGKILL);
+        recorder.Wait();
+        ASSERT_EQ(Record({"-"}).signal, 0);  // opens the recording, as any next run does
+        ASSERT_GE(Ring().points.size(), written) << "kill " << kill;
+        written = Ring().points.size();
+    }
+    EXPECT_GT(written, 0u);
 }
 
 }  // namespace
