@@ -4,6 +4,7 @@
 #include "tests/gpx/gpx_fixture.h"
 #include "tests/gpx/reference_reader.h"
 #include "tests/support/recorded_data.h"
+#include "tests/support/seed.h"
 
 namespace {
 
@@ -51,7 +52,7 @@ std::string WithCrLf(const std::string& text) {
 // Damages a document as programs, storages and people do.
 class Vandal {
  public:
-    explicit Vandal(std::uint32_t seed) : m_random(seed) {}
+    explicit Vandal(std::uint32_t seed) : m_random(Seed(seed)) {}
 
     void Damage(std::string& text) {
         for (auto count = 1 + m_random() % 4; count > 0; --count) DamageOnce(text);

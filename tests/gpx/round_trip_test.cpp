@@ -3,6 +3,7 @@
 
 #include "platform/device.h"
 #include "tests/gpx/gpx_fixture.h"
+#include "tests/support/seed.h"
 
 class GpxRoundTrip : public GpxTest {
  protected:
@@ -15,7 +16,7 @@ class GpxRoundTrip : public GpxTest {
     // An altitude that six decimals of single precision leave as it is.
     double AnyAltitude() { return static_cast<double>(static_cast<int>(m_random() % 800000)) / 64 + 1; }
 
-    std::mt19937 m_random{65001};
+    std::mt19937 m_random{Seed(65001)};
 };
 
 TEST_F(GpxRoundTrip, AnyPointsWithAltitudeAndTime_ComeBackBitForBit) {

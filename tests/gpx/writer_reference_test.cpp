@@ -9,6 +9,7 @@
 
 #include "platform/device.h"
 #include "tests/gpx/gpx_fixture.h"
+#include "tests/support/seed.h"
 #include "util/text.h"
 #include "util/time.h"
 
@@ -179,7 +180,7 @@ class GpxWriterReference : public GpxTest {
         }
     }
 
-    std::mt19937 m_random{20140501};
+    std::mt19937 m_random{Seed(20140501)};
 };
 
 TEST_F(GpxWriterReference, AnyTrack_IsWrittenAsTheTreeIsPrinted) {

@@ -7,6 +7,7 @@
 #include <rapidxml/rapidxml_print.hpp>
 
 #include <gtest/gtest.h>
+#include "tests/support/seed.h"
 
 namespace {
 
@@ -64,7 +65,7 @@ class Grower {
 }  // namespace
 
 TEST(XmlPrinter, AnyTree_IsPrintedAsRapidXmlPrintsIt) {
-    std::mt19937 random(1);
+    std::mt19937 random(Seed(1));
     for (int i = 0; i < 2000; ++i) {
         const auto document = std::make_unique<Document>();
         std::string text;

@@ -5,6 +5,7 @@
 
 #include "tests/record/log_track_fixture.h"
 #include "tests/record/plain_ring.h"
+#include "tests/support/seed.h"
 #include "track/geodesy.h"
 
 namespace {
@@ -158,7 +159,7 @@ class RandomRecording : FilesInMemory, public LogTrackTest {
         ExpectAs(plain);
     }
     void RecordAtRandom(unsigned seed, bool overwrite, int batches) {
-        m_random.seed(seed);
+        m_random.seed(Seed(seed));
         const int capacity = 2 + Upto(seed % 4 == 0 ? 60 : 12);
         SCOPED_TRACE("seed " + std::to_string(seed) + ", capacity " + std::to_string(capacity));
         ASSERT_NO_FATAL_FAILURE(RecordAtRandom(capacity, overwrite, batches));

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "record/recording_strategy.h"
+#include "tests/support/seed.h"
 #include "track/geodesy.h"
 
 namespace {
@@ -85,7 +86,7 @@ std::unique_ptr<ITrackSaveStragy> Make(Rule rule, int metres, int seconds) {
 // Stops, steps back in time, gaps, fixes without time.
 class RandomDrive {
  public:
-    explicit RandomDrive(unsigned seed) : m_random(seed) {}
+    explicit RandomDrive(unsigned seed) : m_random(Seed(seed)) {}
 
     TckPt Next() {
         const int kind = Upto(100);

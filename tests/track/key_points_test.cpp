@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/seed.h"
 #include "tests/track/track_fixture.h"
 
 namespace {
@@ -270,7 +271,7 @@ TEST(KeyPoints, TheTrackItself_StaysAsItWas) {
 }
 
 TEST(KeyPoints, AnyRoute_AreThoseOfTheDescription) {
-    std::mt19937 random(151);
+    std::mt19937 random(Seed(151));
     for (std::size_t round = 0; round < 3000; ++round) {
         const Points route = RouteNearTheThresholds(1 + round % 40, random);
         ASSERT_EQ(KeysOf(route), DescribedChoice(route).Result()) << "seed 151, round " << round;

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/device.h"
+#include "tests/support/seed.h"
 #include "tests/track/track_fixture.h"
 #include "track/geodesy.h"
 
@@ -59,7 +60,7 @@ TEST(RecordStreamSave, NoPoints_Is100Bytes) {
 }
 
 TEST(RecordStreamSave, TenThousandPoints_AreWritten) {
-    std::mt19937 random(141);
+    std::mt19937 random(Seed(141));
     const Points pts = AnyPoints(10000, random);
     EXPECT_EQ(TrackOf(pts).Stream(), StreamBytes(TrackHeader{}, pts));
 }
@@ -360,7 +361,7 @@ TEST(RecordStreamLoad, PointsCutAtAnyLength_KeepTheWholeOnes) {
 }
 
 TEST(RecordStreamRoundTrip, AnyTrack_ComesBackByteForByte) {
-    std::mt19937 random(142);
+    std::mt19937 random(Seed(142));
     for (int round = 0; round < 200; ++round) {
         TrackHeader header{"",
                            static_cast<std::uint32_t>(random()),
@@ -378,7 +379,7 @@ TEST(RecordStreamRoundTrip, AnyTrack_ComesBackByteForByte) {
 }
 
 TEST(RecordStreamRoundTrip, TenThousandPoints_ComeBack) {
-    std::mt19937 random(143);
+    std::mt19937 random(Seed(143));
     const Points pts = AnyPoints(10000, random);
     Loaded loaded(StreamBytes(kHeader, pts));
     EXPECT_TRUE(loaded.result);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/seed.h"
 #include "tests/track/geodesy_reference.h"
 #include "tests/track/track_fixture.h"
 #include "track/geodesy.h"
@@ -215,7 +216,7 @@ TEST(AppendPoint, Plain_ClearsTheFlag) {
 }
 
 TEST(AppendPoint, KeepsAllBytesOfThePoint) {
-    std::mt19937 random(121);
+    std::mt19937 random(Seed(121));
     const Points any{AnyBytes(random), AnyBytes(random)};
     OpenTrack track;
     track.AppendPt(any[0], false);
@@ -288,7 +289,7 @@ TEST(IncrementalAppend, AfterClear_GoesOnFromTheKeptLength) {
 }
 
 TEST(IncrementalAppend, AnyRoute_EveryBitIsAsDescribed) {
-    std::mt19937 random(122);
+    std::mt19937 random(Seed(122));
     for (int round = 0; round < 50; ++round) {
         const Points route = AnyRoute(60, Between(-80, 80, random), Between(-179, 179, random), 0.05, random);
         OpenTrack track;
@@ -303,7 +304,7 @@ TEST(IncrementalAppend, AnyRoute_EveryBitIsAsDescribed) {
 }
 
 TEST(IncrementalAppend, AnyRoute_AgreesWithTheFullComputation) {
-    std::mt19937 random(123);
+    std::mt19937 random(Seed(123));
     for (int round = 0; round < 50; ++round) {
         const Points route = AnyRoute(200, Between(-60, 60, random), Between(-179, 179, random), 0.05, random);
         OpenTrack track;
