@@ -33,7 +33,7 @@ CTrackEx::CTrackEx(const CTrackEx& other)
     : CTrack(other), m_pRedo(std::make_unique<log_file::AppendRedo>()), m_usMaxPtCount(kDefaultCapacity) {}
 
 // KEPT: the slices are not destroyed here. Hosts may still draw a slice that they were given; who is done with
-// them calls CloseEx first.
+// them calls CloseEx first. Pinned by LogTrackOpening.Destructor_LeavesTheSlicesToWhoeverHoldsThem.
 CTrackEx::~CTrackEx() {
     platform::fclose(m_pPointFile);
     platform::fclose(m_pHeadFile);

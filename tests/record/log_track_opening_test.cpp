@@ -268,6 +268,17 @@ TEST_F(LogTrackOpening, Destructor_ClosesBothFiles) {
     EXPECT_EQ(OpenHandles(), handles);
 }
 
+TEST_F(LogTrackOpening, Destructor_LeavesTheSlicesToWhoeverHoldsThem) {
+    auto track = std::make_unique<CTrackEx>(static_cast<unsigned short>(10));
+    track->SetFilePathEx("Log.dat", "LogHd.dat");
+    ASSERT_TRUE(track->OpenEx());
+    Points batch = NextFixes(3);
+    ASSERT_TRUE(track->AppendEx(batch));
+    const std::unique_ptr<const CTrack> slice(track->GetSliceTrace(0));
+    track.reset();
+    EXPECT_EQ(slice->GetPtList().size(), 3u);
+}
+
 TEST_F(LogTrackOpening, Copy_HasTheTracksValuesButNeitherFilesNorSlices) {
     ASSERT_TRUE(Open(10));
     m_track->SetName("Original");
