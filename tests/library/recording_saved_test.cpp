@@ -41,7 +41,7 @@ TEST_F(SavedRecording, Name_IsTheLocalTimeOfSaving) {
     const std::string before = "AutoSaveTrk-" + LocalTimeText();
     ASSERT_TRUE(Save());
     const std::string after = "AutoSaveTrk-" + LocalTimeText();
-    const std::string file = FilesIn(kFolder).front();
+    const std::string file = FilesIn(kFolder).at(0);
     EXPECT_LE(before + ".gpx", file);
     EXPECT_LE(file, after + ".gpx");
     EXPECT_EQ(Saved().name + ".gpx", file);

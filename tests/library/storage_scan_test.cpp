@@ -36,7 +36,7 @@ TEST_F(StorageScan, LastWriteTime_IsUtcWithoutItsFraction) {
     const timespec times[] = {{1400000000, 999999999}, {1400000000, 999999999}};
     ASSERT_EQ(utimensat(AT_FDCWD, OnDisk(PathOf("walk")).c_str(), times, 0), 0);
     Scan("\\App\\UserData\\Track");
-    EXPECT_EQ(TrackManInside::ScanRecords(Library()).front().second, 1400000000);
+    EXPECT_EQ(TrackManInside::ScanRecords(Library()).at(0).second, 1400000000);
     Load();
     EXPECT_EQ(Library().GetTrack(0ul)->GetLstWriteTime(), 1400000000);
 }
@@ -198,7 +198,7 @@ TEST_F(StorageScan, TracksToBeHidden_AreTheLastFoundNotTheOldest) {
         SetWritten(PathOf(name), 1000 + file);  // so the last found are the newest
     }
     Load();
-    EXPECT_EQ(DisplayNames().front(), "l");
+    EXPECT_EQ(DisplayNames().at(0), "l");
     EXPECT_FALSE(Library().GetTrack("l")->GetVisible());
     EXPECT_FALSE(Library().GetTrack("k")->GetVisible());
     EXPECT_TRUE(Library().GetTrack("a")->GetVisible());

@@ -189,7 +189,7 @@ TEST_F(TrackList, Order_IsNewestFirst) {
 TEST_F(TrackList, OrderOfEqualTimes_StaysAsItWas) {
     for (int i = 0; i < 40; ++i) List(std::to_string(i))->SetLstWriteTime(i == 35 ? 2 : 1);
     Library().SortTrackFile();
-    EXPECT_EQ(DisplayNames().front(), "35");
+    EXPECT_EQ(DisplayNames().at(0), "35");
     for (int i = 0; i < 35; ++i) EXPECT_EQ(DisplayNames()[static_cast<std::size_t>(i) + 1], std::to_string(i));
 }
 
@@ -202,7 +202,7 @@ TEST_F(TrackList, SavedTrack_IsFirstAfterSorting) {
     LoadThree();
     ASSERT_TRUE(Library().GetTrack(2)->SaveTrackData());
     Library().SortTrackFile();
-    EXPECT_EQ(DisplayNames().front(), "Third");
+    EXPECT_EQ(DisplayNames().at(0), "Third");
 }
 
 TEST_F(TrackList, UnusedName_IsTheLocalTime) {

@@ -116,6 +116,15 @@ TEST_F(TrackNames, NumberThatIsTaken_IsSkipped) {
     EXPECT_EQ(Resolved({"A", "a_1", "A"}), (std::vector<std::string>{"A_2", "a_1", "A"}));
 }
 
+TEST_F(TrackNames, NumberThatMakesAFileName_IsSkipped) {
+    Store("RIDE_1", {.name = "Other"});
+    Store("a", {.name = "Ride"});
+    Store("b", {.name = "Ride"});
+    Load();
+    EXPECT_NE(Library().GetTrack("Ride"), nullptr);
+    EXPECT_NE(Library().GetTrack("Ride_2"), nullptr);
+}
+
 TEST_F(TrackNames, NewName_MayItselfBeGivenToOneTrackOnly) {
     EXPECT_EQ(Resolved({"A_1", "A", "A"}), (std::vector<std::string>{"A_1", "A_2", "A"}));
 }
@@ -126,6 +135,15 @@ TEST_F(TrackNames, LongNames_AreShortenedFromTheLastOn) {
     SetWritten(PathOf(std::string(40, 'n') + "2"), 1000);
     Load();
     EXPECT_EQ(DisplayNames(), (std::vector<std::string>{std::string(30, 'n') + "_1", std::string(32, 'n')}));
+}
+
+TEST_F(TrackNames, OfFilesWithOneName_TheLastFoundKeepsItThoughItIsNotTheLastListed) {
+    for (const char* file : {"a", "b"}) Store(file, {.name = "Ride"});
+    SetWritten(PathOf("a"), 1000);
+    SetWritten(PathOf("b"), 2000);
+    Load();
+    EXPECT_EQ(DisplayNames(), (std::vector<std::string>{"Ride", "Ride_1"}));
+    EXPECT_EQ(Library().GetTrackByFile("b")->GetName(), "Ride");
 }
 
 TEST_F(TrackNames, NewNames_AreInMemoryOnly) {

@@ -176,6 +176,12 @@ TEST_F(TrackHeader, SettersOfNameColorAndVisibility_WriteNothing) {
     EXPECT_EQ(BytesOf(PathOf("walk")), before);
 }
 
+TEST_F(TrackHeader, LongNameSet_IsCutTo32Bytes) {
+    CTrackProxy proxy;
+    proxy.SetName(std::string(40, 'n').c_str());
+    EXPECT_EQ(proxy.GetName(), std::string(32, 'n'));
+}
+
 TEST_F(TrackHeader, NameWhileATrackIsLoaded_IsTheLoadedTracksFileName) {
     Store("walk");
     const auto walk = Handle("walk");
