@@ -13,8 +13,8 @@
 
 namespace {
 
-constexpr std::size_t kDeepest =
-    256;  // the parser calls itself for each level, and no GPX document has a dozen
+// The parser calls itself for each level, and no GPX document has a dozen.
+constexpr std::size_t kDeepest = 256;
 
 // What an element is, as far as points are concerned. Those of the first trk are read, others only taken out.
 enum class Place {
@@ -29,6 +29,30 @@ enum class Place {
     OtherPoint,
     Elsewhere
 };
+
+struct Step {
+    Place from;
+    std::string_view name;
+    Place to;
+};
+
+constexpr Step kSteps[] = {
+    {Place::Document, gpx::kGpx, Place::Gpx},
+    {Place::Gpx, gpx::kTrack, Place::Track},
+    {Place::Gpx, gpx::kRoute, Place::Route},
+    {Place::Gpx, gpx::kWaypoint, Place::OtherPoint},
+    {Place::Track, gpx::kSegment, Place::Segment},
+    {Place::Segment, gpx::kPoint, Place::Point},
+    {Place::OtherTrack, gpx::kSegment, Place::OtherSegment},
+    {Place::OtherSegment, gpx::kPoint, Place::OtherPoint},
+    {Place::Route, gpx::kRoutePoint, Place::OtherPoint},
+};
+
+Place Follow(Place from, std::string_view name) {
+    for (const Step& step : kSteps)
+        if (step.from == from && step.name == name) return step.to;
+    return Place::Elsewhere;
+}
 
 bool IsPoint(Place place) { return place == Place::Point || place == Place::OtherPoint; }
 
@@ -54,7 +78,7 @@ class OutlineMaker {
     char* m_rest;        // of the text: neither in the outline yet nor taken out
     gpx::PointsWanted m_wanted;
 
-    std::array<Place, kDeepest + 1> m_places{Place::Document};  // from the document down to the element scanned
+    std::array<Place, kDeepest + 1> m_places{Place::Document};  // from the document down to the element entered
     std::size_t m_depth = 0;
     bool m_hasGpx = false;
     bool m_hasTrack = false;
@@ -62,8 +86,8 @@ class OutlineMaker {
     bool m_isSegmentEmpty = true;
     char* m_pointBegin = nullptr;
 
-    std::unique_ptr<gpx::XmlDocument> m_parsed =
-        std::make_unique<gpx::XmlDocument>();  // brings 64 KiB of its own
+    // On the heap: it brings 64 KiB of its own.
+    std::unique_ptr<gpx::XmlDocument> m_parsed = std::make_unique<gpx::XmlDocument>();
     TckPt m_point{};
     gpx::PointCollector m_points;
 };
@@ -93,36 +117,12 @@ void OutlineMaker::Leave(const Markup& tag) {
     if (IsPoint(place)) TakeOut(place, m_pointBegin, tag.end);
 }
 
-// Of an element in the one scanned last.
+// Of an element in the one entered last. Only the first gpx of a document, and its first trk, count as such.
 Place OutlineMaker::PlaceOf(std::string_view name) {
-    switch (m_places[m_depth]) {
-        case Place::Document:
-            if (name == gpx::kGpx && !std::exchange(m_hasGpx, true)) return Place::Gpx;
-            break;
-        case Place::Gpx:
-            if (name == gpx::kTrack) return std::exchange(m_hasTrack, true) ? Place::OtherTrack : Place::Track;
-            if (name == gpx::kRoute) return Place::Route;
-            if (name == gpx::kWaypoint) return Place::OtherPoint;
-            break;
-        case Place::Track:
-            if (name == gpx::kSegment) return Place::Segment;
-            break;
-        case Place::Segment:
-            if (name == gpx::kPoint) return Place::Point;
-            break;
-        case Place::OtherTrack:
-            if (name == gpx::kSegment) return Place::OtherSegment;
-            break;
-        case Place::OtherSegment:
-            if (name == gpx::kPoint) return Place::OtherPoint;
-            break;
-        case Place::Route:
-            if (name == gpx::kRoutePoint) return Place::OtherPoint;
-            break;
-        default:
-            break;
-    }
-    return Place::Elsewhere;
+    const Place place = Follow(m_places[m_depth], name);
+    if (place == Place::Gpx && std::exchange(m_hasGpx, true)) return Place::Elsewhere;
+    if (place == Place::Track && std::exchange(m_hasTrack, true)) return Place::OtherTrack;
+    return place;
 }
 
 // KEPT: the record is cleared once a segment, not once a point, so a point takes over what it does not state

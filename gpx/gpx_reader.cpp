@@ -48,10 +48,10 @@ bool CGPXTransmit::ImportGpxPoints(const std::wstring& path, GpxTrackInfo* info)
 
 bool CGPXTransmit::Import(const std::wstring& path, GpxTrackInfo* info, Content wanted) {
     m_pTrackInfo = info;
-    if (!HasGpxExtension(path)) return false;
     std::unique_ptr<std::string> text;
     bool isRead = false;
     try {
+        if (!HasGpxExtension(path)) return false;
         text = std::make_unique<std::string>(gpx::LoadSource(path, m_iSourceEncoding));
         isRead = ReadDocument(text->data(), wanted);
     } catch (...) {
@@ -64,9 +64,9 @@ bool CGPXTransmit::Import(const std::wstring& path, GpxTrackInfo* info, Content 
 }
 
 bool CGPXTransmit::ReadDocument(char* text, Content wanted) {
-    const auto pointsWanted = wanted == Content::Whole    ? gpx::PointsWanted::OfAllSegments
-                              : wanted == Content::Points ? gpx::PointsWanted::OfFirstSegment
-                                                          : gpx::PointsWanted::None;
+    auto pointsWanted = gpx::PointsWanted::None;
+    if (wanted == Content::Whole) pointsWanted = gpx::PointsWanted::OfAllSegments;
+    if (wanted == Content::Points) pointsWanted = gpx::PointsWanted::OfFirstSegment;
     gpx::Points points = gpx::TakeOutPoints(text, pointsWanted);
     m_pDocument = std::make_unique<gpx::XmlDocument>();
     m_pDocument->parse<rapidxml::parse_default>(text);

@@ -100,7 +100,7 @@ std::string InCodePage936(std::string_view utf16) {
     std::string text(utf16.size(), '\0');
     platform::WideCharToMultiByte(kCodePageOfUtf16, units.data(), static_cast<int>(units.size()), text.data(),
                                   static_cast<int>(text.size()));
-    text.resize(text.find('\0') == text.npos ? text.size() : text.find('\0'));
+    text.resize(std::min(text.find('\0'), text.size()));
     return text;
 }
 

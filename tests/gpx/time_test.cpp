@@ -1,0 +1,88 @@
+// Times of documents: the quick way that nearly all take against the plain one.
+#include "gpx/gpx_time.h"
+
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "util/text.h"
+#include "util/time.h"
+
+namespace {
+
+std::string Written(std::int32_t seconds) {
+    char text[gpx::kTimeRoom];
+    return {text, gpx::WriteTime(seconds, text)};
+}
+
+std::string Printed(std::int32_t seconds) {
+    SYSTEMTIME time{};
+    TimetToSystemTime(seconds, &time);
+    char text[64];
+    std::snprintf(text, sizeof text, "%d-%02d-%02dT%02d:%02d:%02dZ", time.wYear, time.wMonth, time.wDay,
+                  time.wHour, time.wMinute, time.wSecond);
+    return text;
+}
+
+// For texts that are not empty.
+std::int32_t ReadThePlainWay(const std::string& text) {
+    char ansi[32] = {};
+    UTF_8ToAnsic(text.c_str(), ansi, 31);
+    SYSTEMTIME time{};
+    DTSTR2SYS(ansi, time);
+    return static_cast<std::int32_t>(ChangeSYSTIMEToTime_T(time));
+}
+
+}  // namespace
+
+TEST(GpxTime, AnyTime_IsWrittenAsPrintfWritesIt) {
+    std::mt19937 random(1969);
+    for (const std::int32_t edge : {0, 1, -1, std::numeric_limits<std::int32_t>::min(),
+                                    std::numeric_limits<std::int32_t>::max(), 951782400, 68169600})
+        EXPECT_EQ(Written(edge), Printed(edge));
+    for (int i = 0; i < 100000; ++i) {
+        const auto seconds = static_cast<std::int32_t>(random());
+        ASSERT_EQ(Written(seconds), Printed(seconds));
+    }
+}
+
+TEST(GpxTime, AnyTimeWritten_IsReadAsItWas) {
+    std::mt19937 random(2038);
+    for (int i = 0; i < 100000; ++i) {
+        const auto seconds = static_cast<std::int32_t>(random());
+        ASSERT_EQ(gpx::ReadTime(Written(seconds)), seconds);
+    }
+}
+
+// Fields beyond their range included: 99 months, 99 seconds.
+TEST(GpxTime, AnyTextOfTheUsualForm_IsReadThePlainWayToo) {
+    std::mt19937 random(1601);
+    const char* const tails[] = {"Z", "", ".5Z", "+02:00", "-11:30", "5", "T", ":", "Zzzzzzzzzzzzzzzzzzzz",
+                                 " "};
+    for (int i = 0; i < 100000; ++i) {
+        std::string text = "dddd-dd-ddTdd:dd:dd";
+        for (char& c : text)
+            if (c == 'd') c = static_cast<char>('0' + random() % 10);
+        text += tails[random() % std::size(tails)];
+        ASSERT_EQ(gpx::ReadTime(text), ReadThePlainWay(text)) << text;
+    }
+}
+
+TEST(GpxTime, AnyTextAlmostOfTheUsualForm_IsReadThePlainWayToo) {
+    std::mt19937 random(9999);
+    const std::string marks = "0123456789T-:. +Zx\xC3\xA9";
+    for (int i = 0; i < 100000; ++i) {
+        std::string text = "2014-05-01T10:20:30Z";
+        for (auto count = 1 + random() % 2; count > 0; --count) {
+            const std::size_t at = random() % text.size();
+            if (random() % 3 == 0)
+                text.erase(at, 1);
+            else
+                text[at] = marks[random() % marks.size()];
+        }
+        ASSERT_EQ(gpx::ReadTime(text), ReadThePlainWay(text)) << text;
+    }
+}
