@@ -8,9 +8,16 @@ set(public_headers
   track/geodesy.h track/itrack.h track/point.h track/track.h
   util/export.h util/je_allocator.h util/paths.h util/text.h util/time.h
   platform/device.h platform/system_time.h)
+# As installed they include each other by paths relative to themselves: a host may have a util/paths.h of its own.
 foreach(header ${public_headers})
   get_filename_component(folder ${header} DIRECTORY)
-  install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qtrace/${folder})
+  file(READ ${header} text)
+  if(folder)
+    string(REGEX REPLACE "#include \"(library|record|track|util|platform)/" "#include \"../\\1/" text "${text}")
+  endif()
+  file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/include/${header} CONTENT "${text}" @ONLY NEWLINE_STYLE UNIX)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
+  install(FILES ${PROJECT_BINARY_DIR}/include/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qtrace/${folder})
 endforeach()
 
 install(TARGETS qtrace qtrace_static EXPORT qtrace-targets

@@ -25,6 +25,7 @@ target_link_libraries(qtrace PRIVATE qtrace_options ${qtrace_link_libraries})
 add_library(qtrace_static STATIC $<TARGET_OBJECTS:qtrace_objects>)
 set_target_properties(qtrace_static PROPERTIES OUTPUT_NAME qtrace)
 target_link_libraries(qtrace_static PUBLIC ${qtrace_link_libraries})
+target_compile_definitions(qtrace_static INTERFACE QTRACE_STATIC)
 
 foreach(library qtrace qtrace_static)
   target_include_directories(${library} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)

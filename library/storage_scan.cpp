@@ -35,6 +35,7 @@ void CTrackMan::LoadData() {
 bool CTrackMan::StartLoadDataToMapThread() {
     const std::lock_guard lock(m_loadMutex);
     m_bLoading = true;
+    m_vecLoadFolders = FoldersToScan();
     m_hLoadThread = platform::CreateThread(&CTrackMan::LoadThread, this);
     if (m_hLoadThread == platform::kInvalidHandle) return false;
     return platform::SetThreadPriority(m_hLoadThread, kBelowNormal);
@@ -42,7 +43,8 @@ bool CTrackMan::StartLoadDataToMapThread() {
 
 unsigned long CTrackMan::LoadThread(void* manager) {
     auto* self = static_cast<CTrackMan*>(manager);
-    self->RefreshFilelist();
+    const std::vector<std::string> folders = self->m_vecLoadFolders;
+    self->RefreshFrom(folders);
     if (platform::StopRequested()) return 0;
     self->InitTrackMap();
     if (platform::StopRequested()) return 0;
@@ -76,18 +78,29 @@ void CTrackMan::InitTrackMap() {
     if (void (*callback)() = m_pLoadCallback) callback();
 }
 
-void CTrackMan::RefreshFilelist() {
+void CTrackMan::RefreshFilelist() { RefreshFrom(FoldersToScan()); }
+
+// The device's folder, then the card's.
+std::vector<std::string> CTrackMan::FoldersToScan() const {
+    std::vector<std::string> folders{m_pSettings->GetNdExtTrackPath()};
+    if (m_pSettings->GetbHasSdCard()) folders.emplace_back(m_pSettings->GetSdExtTrackPath());
+    return folders;
+}
+
+void CTrackMan::RefreshFrom(const std::vector<std::string>& folders) {
     DestroyTracks();
     m_lstScan.clear();
-    RefreshStorage(m_pSettings->GetNdExtTrackPath(), kPathLimit);
-    if (m_pSettings->GetbHasSdCard()) RefreshStorage(m_pSettings->GetSdExtTrackPath(), kPathLimit);
+    for (const std::string& folder : folders) {
+        RefreshStorage(folder.c_str(), kPathLimit);
+        if (platform::StopRequested()) return;
+    }
     LoadTrack();
     if (platform::StopRequested()) return;
     CheckTrackIsSameName();
     SortTrackFile();
 }
 
-void CTrackMan::RefreshStorage(char* folder, int maxLength) {
+void CTrackMan::RefreshStorage(const char* folder, int maxLength) {
     wchar_t wide[kPathLimit + 1] = {};
     AnsciToWchar(folder, wide, maxLength);
     const std::wstring prefix = std::wstring(wide) + L"\\";

@@ -52,7 +52,8 @@ class QTRACE_API CTrackMan {
     void GetTopTmpPtLst(std::vector<TckPt, je_allocator<TckPt>>& out, int seconds);
     // Stores the recording, each slice thinned, followed by the points of `pending`, as a track named
     // "AutoSaveTrk-" and the local time, in the auto-save folder. The recording goes on; the new file is listed
-    // at the next load. False when no place, no folder or no document could be made.
+    // at the next load. False when no place, no folder or no document could be made; true also when the file
+    // could not be written: look for it where it matters.
     bool SaveTempTrkToTrack(std::vector<TckPt, je_allocator<TckPt>>& pending);
     CTrackEx* GetLogTrack();           // the live recording, owned by the manager
     CTrackMangSet* GetTrackMangSet();  // the settings; CTrackMangSet::Instance()
@@ -71,11 +72,14 @@ class QTRACE_API CTrackMan {
 
     // --- Loading ---
 
-    // Opens the live recording and rebuilds the list of tracks from storage on a thread of its own. May be
-    // called again at any time; a load that is under way is stopped first.
+    // Opens the live recording and rebuilds the list of tracks from storage on a thread of its own, from the
+    // folders that the settings name now. May be called again at any time; a load that is under way is stopped
+    // first.
     void LoadData();
-    void
-    StopLoadDataToMapThread();  // ends a load that is under way; its callback does not run, loading stays true
+    // Ends a load that is under way: waits, at most 5 s, for the file in hand or for a load callback that runs
+    // already; the callback is not called any more, and loading stays true. A load callback may call it, and
+    // then does not wait. A thread that takes longer ends later and changes nothing.
+    void StopLoadDataToMapThread();
     bool IsLoadingDataToMap();  // any thread
     void InitTrackMap();        // calls the load callback, on this thread
     void RefreshFilelist();     // rebuilds the list from storage, on this thread; not while a load is under way
@@ -98,8 +102,9 @@ class QTRACE_API CTrackMan {
     // Takes the handle over and puts it last. False, with the handle still the caller's, for null and for a
     // display name that exists exactly so.
     bool AddTrack(CTrackProxy* proxy);
-    // Stores the track in the saved-tracks folder and lists it. False when it could not be stored, or when its
-    // display name exists; the file stays then.
+    // Stores the track in the saved-tracks folder and lists it. False without a name, a storage place or its
+    // folders, and when its display name exists; the file stays then. True also when the file could not be
+    // written: look for it where it matters.
     bool AddTrack(CTrack& track);
     void DelTrack(unsigned long index);      // deletes file and handle
     void DelTrack(const std::string& name);  // the first of exactly that display name
@@ -131,7 +136,9 @@ class QTRACE_API CTrackMan {
     static unsigned long LoadThread(void* manager);
     void EndLoad();
     bool AdmitTrack(const ScanRecord& record, int& visible);
-    void RefreshStorage(char* folder, int maxLength);
+    std::vector<std::string> FoldersToScan() const;
+    void RefreshFrom(const std::vector<std::string>& folders);
+    void RefreshStorage(const char* folder, int maxLength);
     void LoadTrack();
 
     std::vector<CTrackProxy*> m_vecTracks;  // owned, never null
@@ -145,8 +152,9 @@ class QTRACE_API CTrackMan {
     bool (*m_pSpaceCallback)(bool) = nullptr;
     bool m_bInUse = false;
     int m_iReserved = 0;
-    std::mutex m_loadMutex;            // taken to start, stop and end a load
-    std::intptr_t m_hLoadThread = -1;  // -1 = none
+    std::vector<std::string> m_vecLoadFolders;  // as the settings named them when the load was started
+    std::mutex m_loadMutex;                     // taken to start, stop and end a load
+    std::intptr_t m_hLoadThread = -1;           // -1 = none
     std::atomic<bool> m_bLoading{true};
 
     static CTrackMan* m_pInstance;

@@ -22,9 +22,10 @@ class QTRACE_API CTrackProxy : public ITrack {
         const char* path);  // of a stored track; nothing is read yet. Device path, ANSI code page
 
     // Stores `track` as a new file of its name, in the saved-tracks folder or, unless `saved`, the auto-save
-    // folder of the medium that the manager chooses, and becomes its handle. Whether that worked is
-    // track.IsSaveSus() afterwards; it fails without a name, a storage place or its folders. The track stays
-    // the caller's in every case.
+    // folder of the medium that the manager chooses, and becomes its handle. It failed when
+    // track.IsSaveSus() is false afterwards: without a name, a storage place or its folders. It is true also
+    // when the file could not be written, as on a full or read-only medium, or for a name that no file may
+    // have: look for the file where it matters. The track stays the caller's in every case.
     CTrackProxy(CTrack& track, bool saved);
 
     // Copies every member. Copy only handles without a loaded track: both would own it.
@@ -60,6 +61,8 @@ class QTRACE_API CTrackProxy : public ITrack {
     void SetTrackPath(std::string path);  // nothing is read or written
     const std::string& GetTrkFileName();  // without folder and extension
     // Renames the file. Nothing changes when that fails, for instance because the new name exists, or for null.
+    // A name with backslashes leads to another folder: give names that a file may have (GetString_1 makes
+    // them).
     void SetTrkFileName(const char* newName);
 
     void GetPtList(std::vector<TckPt, je_allocator<TckPt>>& out);  // replaces the content of `out`

@@ -51,7 +51,8 @@ unsigned GetModuleFileNameW(wchar_t* path, unsigned size);
 // else.
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes);
 
-// Likewise, but never written directly: false, with the file as it was, when it cannot be done in one step.
+// Likewise, but the file keeps its last-write time, as after a repair that changes nothing of what it says, and
+// is never written directly: false, with the file as it was, when it cannot be done in one step.
 bool ExchangeFileContent(const wchar_t* path, const std::string& bytes);
 
 // A new, empty, uniquely named file in the system's temporary folder, for this user's eyes only, open for

@@ -44,7 +44,7 @@ CTrack::CTrack(const CTrack& other) = default;
 CTrack::~CTrack() = default;
 
 // KEPT: narrower than the copy constructor, see the header. The points are taken without touching the
-// calculated flag.
+// calculated flag. Pinned by TrackAssignment.*.
 CTrack& CTrack::operator=(const CTrack& other) {
     m_strName = other.m_strName;
     m_dLength = other.m_dLength;

@@ -25,7 +25,8 @@ std::wstring GetInitGlobalPath() {
 void FileAbsolutPath(char* dst, const char* name, int dstSize, bool onCard) {
     const std::size_t needed = std::strlen(name) + 1;
     if (dstSize < 0 || needed >= static_cast<std::size_t>(dstSize)) return;
-    // KEPT: never freed. One byte more than the conversion may fill, so that the folder ends in a terminator.
+    // KEPT: never freed. Pinned by FullPathTest.ManyCalls_AreNoLeakToTheChecker. One byte more than the
+    // conversion may fill, so that the folder ends in a terminator.
     char* folder = new char[static_cast<std::size_t>(dstSize) + 1]();
     KeepLeaked(folder);
     WcharToChar(folder, (onCard ? platform::StorageCardRoot() : GetInitGlobalPath()).c_str(), dstSize);

@@ -11,7 +11,7 @@ QTRACE_API std::wstring GetInitGlobalPath();
 
 // Writes folder, backslash and name to dst: the program's folder, or the storage card's root. Nothing is done
 // when name and terminator do not fit below dstSize; give dst room for the folder as well, at least dstSize
-// bytes. Each call leaves dstSize - strlen(name) bytes allocated for good.
+// bytes. Each call leaves dstSize + 1 bytes allocated for good.
 QTRACE_API void FileAbsolutPath(char* dst, const char* name, int dstSize, bool onCard);
 
 // Whether the path names a folder. False for a file, the root itself, and paths of 260 characters or more.

@@ -84,6 +84,7 @@ void WcharToChar(char* dst, const wchar_t* src, int dstSize) {
     if (need > dstSize) return CutToFit(dst, src, dstSize, need);
     std::memset(dst, 0, static_cast<std::size_t>(dstSize));
     // KEPT: the terminator may land one byte behind dstSize; the arrays of all callers are sized for it.
+    // Pinned by WideToAnsi.TextThatFillsTheDestination_IsTerminatedOnePastIt.
     platform::WideCharToMultiByte(kAnsiCodePage, src, Length(src) + 1, dst, need + 1);
 }
 

@@ -50,9 +50,19 @@ void TakeOver(const struct stat& existing, int descriptor) {
     std::ignore = ::fchmod(descriptor, existing.st_mode & 07777);
 }
 
-bool Fill(Descriptor& file, const Target& target, const std::string& bytes) {
+// That of the file afterwards.
+enum class WriteTime { Now, OfTheOldContent };
+
+void TakeOverTimes(const struct stat& existing, int descriptor) {
+    const struct timespec times[2] = {existing.st_atim, existing.st_mtim};
+    std::ignore = ::futimens(descriptor, times);
+}
+
+bool Fill(Descriptor& file, const Target& target, const std::string& bytes, WriteTime writeTime) {
     if (target.existing) TakeOver(*target.existing, file.Get());
-    return WriteAll(file.Get(), bytes) && Commit(file.Get()) && file.Close();
+    if (!WriteAll(file.Get(), bytes)) return false;
+    if (target.existing && writeTime == WriteTime::OfTheOldContent) TakeOverTimes(*target.existing, file.Get());
+    return Commit(file.Get()) && file.Close();
 }
 
 // Room first, then content: on a full storage the old content is still whole.
@@ -74,11 +84,11 @@ bool IsFolderClosed(int error) { return error == EACCES || error == EPERM || err
 enum class Exchanged { Yes, FolderClosed, No };
 
 // Anything but Yes leaves the file as it was.
-Exchanged Exchange(const Target& target, const std::string& bytes) {
+Exchanged Exchange(const Target& target, const std::string& bytes, WriteTime writeTime) {
     std::string besidePath;
     Descriptor beside = MakeUniqueFile(target.folder, target.existing ? 0600 : 0666, besidePath);
     if (!beside.IsOpen()) return IsFolderClosed(errno) ? Exchanged::FolderClosed : Exchanged::No;
-    const bool isFilled = Fill(beside, target, bytes);
+    const bool isFilled = Fill(beside, target, bytes, writeTime);
     if (isFilled && ::rename(besidePath.c_str(), target.path.c_str()) == 0) {
         CommitFolder(target.folder);
         return Exchanged::Yes;
@@ -97,13 +107,13 @@ std::string TemporaryFolder() {
 
 bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
-    return target && Exchange(*target, bytes) == Exchanged::Yes;
+    return target && Exchange(*target, bytes, WriteTime::OfTheOldContent) == Exchanged::Yes;
 }
 
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    const Exchanged exchanged = Exchange(*target, bytes);
+    const Exchanged exchanged = Exchange(*target, bytes, WriteTime::Now);
     return exchanged == Exchanged::Yes ||
            (exchanged == Exchanged::FolderClosed && WriteDirectly(*target, bytes));
 }

@@ -19,4 +19,9 @@ int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, ch
     return ::WideCharToMultiByte(Resolved(codePage), 0, source, length, destination, size, nullptr, nullptr);
 }
 
+bool IsDBCSLeadByte(unsigned char byte) {
+    const unsigned page = AnsiCodePage();
+    return page != kUtf8CodePage && ::IsDBCSLeadByteEx(page, byte) != 0;
+}
+
 }  // namespace platform

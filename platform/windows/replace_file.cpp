@@ -75,6 +75,14 @@ Exchanged Exchange(const Target& target, const std::string& bytes) {
     return isFolderClosed ? Exchanged::FolderClosed : Exchanged::No;
 }
 
+void SetWriteTime(const std::wstring& path, const FILETIME& time) {
+    const HANDLE file = ::CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return;
+    ::SetFileTime(file, nullptr, nullptr, &time);
+    ::CloseHandle(file);
+}
+
 std::wstring FromUtf8(const std::string& text) {
     std::wstring wide(text.size() + 1, L'\0');  // never more units than bytes
     const int length =
@@ -95,7 +103,12 @@ std::string ToUtf8(const wchar_t* text) {
 
 bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
-    return target && Exchange(*target, bytes) == Exchanged::Yes;
+    if (!target) return false;
+    WIN32_FILE_ATTRIBUTE_DATA old{};
+    const bool existed = ::GetFileAttributesExW(target->path.c_str(), GetFileExInfoStandard, &old) != 0;
+    if (Exchange(*target, bytes) != Exchanged::Yes) return false;
+    if (existed) SetWriteTime(target->path, old.ftLastWriteTime);
+    return true;
 }
 
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {

@@ -8,6 +8,9 @@ work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cmake --install "$build" --prefix "$work/prefix" >/dev/null
 cp "$source/tests/install/host.cpp" "$work"
+# Headers of the host's own that bear names of ours.
+mkdir -p "$work/own/util" "$work/own/platform"
+echo '#error "a header of the host was taken for one of the library"' | tee "$work/own/util/export.h" >"$work/own/platform/device.h"
 
 with_cmake() {
   cat >"$work/CMakeLists.txt" <<LISTS
@@ -16,6 +19,7 @@ project(host CXX)
 set(CMAKE_CXX_STANDARD 17)
 find_package(qtrace REQUIRED)
 add_executable(host host.cpp)
+target_include_directories(host BEFORE PRIVATE own)
 target_link_libraries(host PRIVATE $1)
 LISTS
   cmake -S "$work" -B "$work/build" -DCMAKE_PREFIX_PATH="$work/prefix" >/dev/null
@@ -31,7 +35,7 @@ with_pkg_config() {
   library_folder=$(pkg-config --variable=libdir qtrace)
   [ "$1" = static ] && rm "$library_folder"/libqtrace.so*
   # shellcheck disable=SC2046
-  g++ -std=c++17 -Wall -Wextra -Werror "$work/host.cpp" -o "$work/host" $(pkg-config --cflags --libs ${2:-} qtrace)
+  g++ -std=c++17 -I"$work/own" -Wall -Wextra -Werror "$work/host.cpp" -o "$work/host" $(pkg-config --cflags --libs ${2:-} qtrace)
   LD_LIBRARY_PATH=$library_folder "$work/host" "$work/device"
 }
 

@@ -149,6 +149,22 @@ TEST_F(StorageScan, Rebuilding_TakesTheListFromTheMediaAndLeavesTheFiles) {
     EXPECT_EQ(FilesIn("\\App\\UserData\\Track").size(), 2u);
 }
 
+// Reading a document may repair its line ends; that is no new writing.
+TEST_F(StorageScan, SecondScan_FindsTheOrderOfTheFirst) {
+    Store("a", {.name = "Oldest"});
+    Store("b", {.name = "Newest"});
+    Store("c", {.name = "Between"});
+    SetWritten(PathOf("a"), 1000);
+    SetWritten(PathOf("b"), 3000);
+    SetWritten(PathOf("c"), 2000);
+    Load();
+    Library().RefreshFilelist();
+    ASSERT_EQ(Library().GetCnt(), 3u);
+    EXPECT_EQ(Library().GetTrack(0ul)->GetName(), "Newest");
+    EXPECT_EQ(Library().GetTrack(1)->GetName(), "Between");
+    EXPECT_EQ(Library().GetTrack(2)->GetName(), "Oldest");
+}
+
 TEST_F(StorageScan, LoadedTracks_HaveTheirHeadersAndNoPoints) {
     Store("walk");
     Load();

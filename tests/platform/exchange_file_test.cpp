@@ -22,6 +22,15 @@ TEST_F(ExchangeFile, FileThatIsThere_GetsTheContentAndKeepsItsRights) {
     EXPECT_EQ(FilesIn("\\Track"), 1u);
 }
 
+// A repair says nothing new: lists that are in order of time stay as they are.
+TEST_F(ExchangeFile, FileThatIsThere_KeepsItsWriteTime) {
+    Write("\\Track\\a.gpx", "old");
+    const auto written = std::filesystem::last_write_time(OnDisk("\\Track\\a.gpx")) - std::chrono::hours(1000);
+    std::filesystem::last_write_time(OnDisk("\\Track\\a.gpx"), written);
+    EXPECT_TRUE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new content"));
+    EXPECT_EQ(std::filesystem::last_write_time(OnDisk("\\Track\\a.gpx")), written);
+}
+
 // One that is open keeps what it had: the content was not written over it.
 TEST_F(ExchangeFile, FileThatIsThere_IsNeverWrittenOver) {
     Write("\\Track\\a.gpx", "old");

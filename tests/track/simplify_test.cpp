@@ -326,6 +326,12 @@ TEST(Thinning, PointsTakenOffOneByOne_NeedNoDeepStack) {
     ExpectFaithful(work.all, work.kept, kTwoMetres);
 }
 
+// Divided at the farthest point this line loses one point at a time.
+TEST(Thinning, LongLineMadeToBeSlow_StaysWithinTheTolerance) {
+    const Points line = FallingZigzag(200'000);
+    ExpectFaithful(line, Thinned(line), kTwoMetres);
+}
+
 TEST(Epurate, RepeatedPositions_AreRemoved) {
     const Points line{At(1, 1, 0), At(1, 1, 1), At(1, 2, 2), At(1, 2, 3),
                       At(1, 2, 4), At(1, 1, 5), At(2, 2, 6)};
