@@ -12,6 +12,9 @@ class Reopening : public LibraryTest {
     }
     LogOnDisk Log() const { return LogOnDisk(OnDisk("\\App\\Log.dat")); }
 
+    // Points, the note of the append in hand, and header.
+    const std::vector<std::string> kRecordingFiles{"Log.dat", "Log.dat.redo", "LogHd.dat"};
+
     // The files of the device that this process has open.
     std::vector<std::string> OpenFiles() const {
         std::vector<std::string> names;
@@ -42,10 +45,10 @@ class Reopening : public LibraryTest {
     }
 };
 
-TEST_F(Reopening, Load_OpensTheTwoFilesOfTheRecording) {
+TEST_F(Reopening, Load_OpensTheFilesOfTheRecording) {
     EXPECT_TRUE(OpenFiles().empty());
     Load();
-    EXPECT_EQ(OpenFiles(), (std::vector<std::string>{"Log.dat", "LogHd.dat"}));
+    EXPECT_EQ(OpenFiles(), kRecordingFiles);
     EXPECT_EQ(BytesOf("\\App\\Log.dat"), std::string(4, '\0'));
     EXPECT_EQ(BytesOf("\\App\\LogHd.dat").size(), 96u);
 }
@@ -62,7 +65,7 @@ TEST_F(Reopening, SecondLoad_LeavesNoFileOpenAndLosesNoPoint) {
     Ride(0, 61);
     Load();
     Load();
-    EXPECT_EQ(OpenFiles(), (std::vector<std::string>{"Log.dat", "LogHd.dat"}));
+    EXPECT_EQ(OpenFiles(), kRecordingFiles);
     EXPECT_EQ(Library().GetLogTrack()->GetPtCount(), 60u);
     EXPECT_EQ(Log().Times(), RideTimes(0, 60));
 }
@@ -84,7 +87,7 @@ TEST_F(Reopening, LoadRightAfterLoad_LeavesNoFileOpenAndLosesNoPoint) {
     Ride(0, 61);
     for (int i = 0; i < 20; ++i) Library().LoadData();
     WaitUntilLoaded();
-    EXPECT_EQ(OpenFiles(), (std::vector<std::string>{"Log.dat", "LogHd.dat"}));
+    EXPECT_EQ(OpenFiles(), kRecordingFiles);
     EXPECT_EQ(Library().GetLogTrack()->GetPtCount(), 60u);
     EXPECT_EQ(Library().GetCnt(), 50u);
 }
