@@ -163,6 +163,18 @@ TEST_F(GpxRobustness, FileThatShrinksAndGrowsWhileRead_IsReadOrRefused) {
     writer.join();
 }
 
+TEST_F(GpxRobustness, Refusals_LeaveNoFileOpen) {
+    const auto openFiles = [] {
+        const auto entries = std::filesystem::directory_iterator("/proc/self/fd");
+        return std::distance(begin(entries), end(entries));
+    };
+    const auto before = openFiles();
+    for (const char* document : {"", "<gpx>", "<a/>", "\xFF\xFE<", "<gpx/>", "<gpx>\n</gpx>"}) IsRead(document);
+    IsFileRead();
+    ExportTo(L"\\Nowhere\\a.gpx");
+    EXPECT_EQ(openFiles(), before);
+}
+
 TEST_F(GpxRobustness, LargeFile_TakesAFewTimesItsSizeAtMost) {
     if (!kMemoryIsOurs) GTEST_SKIP() << "a sanitizer takes memory of its own";
     for (const std::string& document : {ManyPoints(200000), DocumentOfPoints([] {
