@@ -6,6 +6,7 @@
 // device's file names cannot hold (< > | " : and control characters) are refused in new names only.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 
@@ -22,6 +23,10 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
 // Flushes the stream and, when it was opened to be committed, waits until the storage has the data. 0, or EOF;
 // a null stream is answered with EOF and is harmless.
 int fflush(std::FILE* stream);
+
+// After a write that failed: forgets what the stream has not written yet, clears its error, and cuts the file
+// to `size` bytes. False when it cannot be cut.
+bool CutBack(std::FILE* stream, std::int64_t size);
 
 // Closes the stream; a null stream is answered with EOF and is harmless.
 int fclose(std::FILE* stream);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdio>
+#include <optional>
 #include <vector>
 
 #include "record/ring_plan.h"
@@ -27,15 +28,16 @@ class AppendRedo {
     void Open(const char* path);  // device path; makes the file when it is missing
     void Close();                 // a recording closed in order needs no note: it is made void
 
-    // Notes, and commits, what is about to be written to a ring whose header is `before`.
-    void Note(RingHeader before, const RingWrite& plan, const std::vector<TckPt, je_allocator<TckPt>>& batch);
+    // Notes, and commits, what is about to be written to `ring`, whose header is `before`.
+    void Note(std::FILE* ring, RingHeader before, const RingWrite& plan,
+              const std::vector<TckPt, je_allocator<TckPt>>& batch);
     // Makes the note void, and commits that; to be called before the ring is written in any other way than by
     // an append.
     void Forget();
     // Writes what is noted to the ring, when the note is whole and the ring is the one it was made for, before
-    // or after the append; writing it twice does no harm. True when something was written; flushing is the
-    // caller's.
-    bool Replay(std::FILE* ring) const;
+    // or after the append or between; writing it twice does no harm. The header that the ring had before, or
+    // nullopt when nothing was written. Flushing, and looking for write errors, is the caller's.
+    std::optional<RingHeader> Replay(std::FILE* ring) const;
 
  private:
     std::FILE* m_pFile = nullptr;

@@ -110,7 +110,9 @@ class QTRACE_API CTrackEx : public CTrack {
     bool OpenHeadFile();
     bool OpenPointFile();
     void FinishLastAppend();  // what a power cut interrupted
-    bool ReopenPointFile();   // emptied
+    bool CommitPointFile();   // false when something could not be written
+    void TakeBackAppend(const log_file::RingHeader& before);
+    bool ReopenPointFile();  // emptied
     bool RestoreRing();
     void LoadRing(const log_file::RingHeader& header);
     bool SalvageRing(std::int64_t fileSize);
@@ -128,4 +130,5 @@ class QTRACE_API CTrackEx : public CTrack {
     bool m_bOverWrt = false;
     std::uint16_t m_usMaxPtCount;
     std::uint32_t m_uPtCount = 0;
+    std::uint32_t m_uUnwritten = 0;  // points in memory for which the storage had no room
 };

@@ -69,7 +69,8 @@ bool CTrackEx::OpenPointFile() {
 
 void CTrackEx::FinishLastAppend() {
     m_pRedo->Open(PathOf(m_strPointFile + log_file::kRedoSuffix).c_str());
-    if (m_pRedo->Replay(m_pPointFile)) platform::fflush(m_pPointFile);
+    const auto before = m_pRedo->Replay(m_pPointFile);
+    if (before && !CommitPointFile()) TakeBackAppend(*before);
     m_pRedo->Forget();
 }
 
@@ -87,11 +88,29 @@ bool CTrackEx::AppendEx(Points& pts) {
     if (!RingFitsCapacity(ring)) return false;
     const auto plan = log_file::PlanAppend(ring, pts.size(), m_usMaxPtCount, m_bOverWrt);
     if (!plan) return false;
-    m_pRedo->Note(ring, *plan, pts);
+    m_pRedo->Note(m_pPointFile, ring, *plan, pts);
     log_file::Execute(m_pPointFile, *plan, pts);
-    platform::fflush(m_pPointFile);
-    AddPtLstToTrkLst(plan->recorded, pts, NewestPoint(), ring.count);
+    const std::size_t oldCount = ring.count + m_uUnwritten;
+    const bool isWritten = CommitPointFile();
+    if (!isWritten) TakeBackAppend(ring);
+    if (plan->recorded != 0) AddPtLstToTrkLst(plan->recorded, pts, NewestPoint(), oldCount);
+    const std::uint32_t inFile = isWritten ? plan->header.count : ring.count;
+    m_uUnwritten = m_uPtCount > inFile ? m_uPtCount - inFile : 0;
     return true;
+}
+
+bool CTrackEx::CommitPointFile() {
+    return platform::fflush(m_pPointFile) == 0 && std::ferror(m_pPointFile) == 0;
+}
+
+// On a full storage the header would count records that are not there, and the whole file would count as
+// damaged. What was in it stays; the batch lives on in memory.
+void CTrackEx::TakeBackAppend(const log_file::RingHeader& before) {
+    platform::CutBack(m_pPointFile, log_file::FileSizeOf(before.count));
+    if (std::fseek(m_pPointFile, 0, SEEK_SET) != 0) return;
+    log_file::WriteHeader(m_pPointFile, before);
+    platform::fflush(m_pPointFile);
+    m_pRedo->Forget();
 }
 
 // A file made with a larger capacity is written anew with its newest points before its oldest are overwritten:
@@ -119,6 +138,7 @@ void CTrackEx::SavePtListInfo2(void* stream) {
     points.resize(m_uPtCount);
     if (!points.empty()) log_file::WriteRecords(file, points);
     platform::fflush(file);
+    m_uUnwritten = 0;
 }
 
 void CTrackEx::SavePropertyData() {

@@ -61,6 +61,15 @@ bool log_file::ReadRecord(std::FILE* file, TckPt& record) {
     return false;
 }
 
+void log_file::ReadSlot(std::FILE* file, std::size_t slot, TckPt& record) {
+    record = {};
+    if (SeekToSlot(file, slot)) ReadRecord(file, record);
+}
+
+void log_file::WriteSlots(std::FILE* file, std::size_t slot, const Points& points) {
+    if (SeekToSlot(file, slot)) WriteRecords(file, points);
+}
+
 void log_file::WriteRecords(std::FILE* file, const Points& points) {
     std::fwrite(points.data(), sizeof(TckPt), points.size(), file);
 }

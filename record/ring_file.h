@@ -29,6 +29,12 @@ void WriteHeader(std::FILE* file, RingHeader header);
 // The next 48 bytes. False, with `record` cleared, at the end of the file or when they cannot be read.
 bool ReadRecord(std::FILE* file, TckPt& record);
 
+// The record in a slot; cleared when it cannot be read.
+void ReadSlot(std::FILE* file, std::size_t slot, TckPt& record);
+
+// Writes `points` from a slot on, in one write; nothing when the slot cannot be reached.
+void WriteSlots(std::FILE* file, std::size_t slot, const std::vector<TckPt, je_allocator<TckPt>>& points);
+
 // Writes `points` behind the stream's place, in one write.
 void WriteRecords(std::FILE* file, const std::vector<TckPt, je_allocator<TckPt>>& points);
 

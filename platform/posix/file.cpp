@@ -2,7 +2,9 @@
 #include "platform/file.h"
 
 #include <fcntl.h>
+#include <stdio_ext.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <mutex>
@@ -114,6 +116,12 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
 int fflush(std::FILE* stream) {
     if (stream == nullptr || std::fflush(stream) != 0) return EOF;
     return !IsCommitted(stream) || Commit(::fileno(stream)) ? 0 : EOF;
+}
+
+bool CutBack(std::FILE* stream, std::int64_t size) {
+    ::__fpurge(stream);
+    std::clearerr(stream);
+    return ::ftruncate(::fileno(stream), static_cast<off_t>(size)) == 0;
 }
 
 int fclose(std::FILE* stream) {

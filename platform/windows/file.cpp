@@ -1,6 +1,7 @@
 // Streams, which the C library itself commits for mode letter c, and files and folders by name.
 #include "platform/file.h"
 
+#include <io.h>
 #include <windows.h>
 
 #include <cwchar>
@@ -39,6 +40,12 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
 }
 
 int fflush(std::FILE* stream) { return stream == nullptr ? EOF : std::fflush(stream); }
+
+// The runtime forgets what it could not write by itself.
+bool CutBack(std::FILE* stream, std::int64_t size) {
+    std::clearerr(stream);
+    return ::_chsize_s(::_fileno(stream), size) == 0;
+}
 
 int fclose(std::FILE* stream) { return stream == nullptr ? EOF : std::fclose(stream); }
 

@@ -66,6 +66,20 @@ class PowerCut : public FilesInMemory, public LogTrackTest {
         }
     }
 
+    // A note behind its check value and length.
+    static std::string Framed(const std::string& note) {
+        std::uint32_t rest = 0xFFFFFFFFu;
+        for (const char byte : note)
+            for (int bit = 0; bit < 8; ++bit) {
+                const bool differs = ((rest ^ (static_cast<unsigned char>(byte) >> bit)) & 1u) != 0;
+                rest = (rest >> 1) ^ (differs ? 0xEDB88320u : 0u);
+            }
+        rest = ~rest;
+        const auto size = static_cast<std::uint32_t>(note.size());
+        return described::Field(rest & 0xFFFF) + described::Field(rest >> 16) +
+               described::Field(size & 0xFFFF) + described::Field(size >> 16) + note;
+    }
+
     int m_capacity = 20;
     std::string m_before;
     std::string m_after;
@@ -157,6 +171,34 @@ TEST_F(AppendNote, RingOfAnotherState_IsLeftAlone) {
     Append(5);
     const std::string other = described::RingFile(0, {Sent(0), Sent(1)});
     EXPECT_EQ(Restarted(other, m_note), other);
+}
+
+// Batches of one size give many rings the same header.
+TEST_F(AppendNote, RingOfAnotherRecordingWithTheSameHeader_IsLeftAlone) {
+    ASSERT_TRUE(Open(m_capacity));
+    Record(5);
+    Append(5);
+    std::string other = m_after;
+    for (std::size_t slot = 0; slot < 10; ++slot) {
+        TckPt point = described::Point(Sent(slot));
+        point.dLatitude += 1.0;
+        other.replace(4 + slot * described::kRecordSize, described::kRecordSize, described::Record(point));
+    }
+    EXPECT_EQ(Restarted(other, m_note), other);
+}
+
+TEST_F(AppendNote, DamagedInsideThoughItsCheckIsRight_IsLeftAlone) {
+    ASSERT_TRUE(Open(m_capacity));
+    Record(5);
+    Append(5);
+    constexpr std::size_t kWithoutBlocks = 58;  // a note that says what a header alone becomes
+    for (std::size_t size = 1; size + 8 < m_note.size(); ++size) {
+        if (size == kWithoutBlocks) continue;
+        ASSERT_EQ(Restarted(m_before, Framed(m_note.substr(8, size))), m_before) << size << " bytes";
+    }
+    std::string beyond = m_note.substr(8);
+    beyond[58] = 120;  // the first block's slot
+    EXPECT_EQ(Restarted(m_before, Framed(beyond)), m_before);
 }
 
 TEST_F(AppendNote, ReplayedNote_IsVoidAfterwards) {

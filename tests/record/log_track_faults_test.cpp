@@ -59,12 +59,50 @@ TEST_F(LogTrackFaults, DeviceFullInTheMiddle_LeavesTheRecordsThatWereThere) {
         const FullDevice full(before.size());
         for (int batch = 0; batch < 4; ++batch) Record(200);
         EXPECT_EQ(m_track->GetPtCount(), Remembered().size());
-        EXPECT_TRUE(BytesOf(kPointFile).substr(4) == before.substr(4));
-        EXPECT_TRUE(m_track->SaveSliceData()) << "nobody looks at the writes";
+        EXPECT_EQ(BytesOf(kPointFile), before);
         Close();
     }
     EXPECT_TRUE(Open(1000));
+    EXPECT_EQ(Remembered().size(), 20u);
     EXPECT_TRUE(Record(3));
+    EXPECT_EQ(Ring(), (RingState{0, 23}));
+}
+
+TEST_F(LogTrackFaults, DeviceFullForLong_KeepsMemoryWithinTheCapacity) {
+    Open(100);
+    Record(20);
+    const FullDevice full(FileSize());
+    for (int batch = 0; batch < 40; ++batch) Record(30);
+    EXPECT_EQ(Remembered().size(), 100u);
+    EXPECT_EQ(m_track->GetPtCount(), 100u);
+}
+
+// The next start has no more room than the kill left.
+TEST_F(LogTrackFaults, DeviceFullAtTheNextStart_TakesATornAppendBack) {
+    Open(1000);
+    Record(20);
+    const std::string before = BytesOf(kPointFile);
+    Record(30);
+    const std::string note = BytesOf("\\App\\Log.dat.redo");
+    Close();
+    std::string torn = before;
+    torn[2] = 50;
+    Write(kPointFile, torn);
+    Write("\\App\\Log.dat.redo", note);
+    {
+        const FullDevice full(before.size() + 100);
+        EXPECT_TRUE(Open(1000));
+        EXPECT_EQ(Remembered().size(), 20u);
+        Close();
+    }
+    EXPECT_EQ(BytesOf(kPointFile), before);
+}
+
+TEST_F(LogTrackFaults, SlicesSavedOnAFullDevice_AreTakenForSaved) {
+    Open(1000);
+    Record(20);
+    const FullDevice full(FileSize());
+    EXPECT_TRUE(m_track->SaveSliceData()) << "nobody looks at the writes";
 }
 
 TEST_F(LogTrackFaults, FullRing_NeedsNoMoreRoom) {
