@@ -41,7 +41,7 @@ void ReadTime(std::string_view time, SYSTEMTIME& st) {
 }  // namespace
 
 unsigned long ChangeSYSTIMEToTime_T(SYSTEMTIME st) {
-    platform::FileTime ticks = 0;
+    platform::FileTime ticks = kTicksFrom1601To1970;  // what is no date counts as no time
     platform::SystemTimeToFileTime(&st, &ticks);
     const std::int64_t seconds = (static_cast<std::int64_t>(ticks) - kTicksFrom1601To1970) / kTicksPerSecond;
     return static_cast<std::uint32_t>(seconds);

@@ -8,8 +8,8 @@
 #include "util/export.h"
 
 // Calendar record to time value, its 32 bits in an unsigned long (never sign-extended). Milliseconds are
-// dropped, which before 1970 rounds towards 1970; the day of week is ignored. A record that is no date gives an
-// unspecified number.
+// dropped, which before 1970 rounds towards 1970; the day of week is ignored. A record that is no date
+// gives 0.
 QTRACE_API unsigned long ChangeSYSTIMEToTime_T(SYSTEMTIME st);
 
 // Time value to calendar record, day of week included, milliseconds 0. `st` non-null.

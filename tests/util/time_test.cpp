@@ -74,6 +74,12 @@ TEST(ToCalendar, EndsOf32Bits_AreDates) {
 }
 
 // A time value has 32 bits; where a long has more, the answer of ChangeSYSTIMEToTime_T goes back in as it is.
+TEST(TimeValue, RecordThatIsNoDate_IsZero) {
+    EXPECT_EQ(ChangeSYSTIMEToTime_T(SYSTEMTIME{}), 0u);
+    EXPECT_EQ(ChangeSYSTIMEToTime_T(SYSTEMTIME{2001, 13, 0, 9, 1, 46, 40, 0}), 0u);
+    EXPECT_EQ(ChangeSYSTIMEToTime_T(SYSTEMTIME{2001, 2, 0, 30, 1, 46, 40, 0}), 0u);
+}
+
 TEST(TimeValue, Before1970_ComesBackThroughTheWiderLong) {
     for (const SYSTEMTIME& date :
          {Calendar(1969, 12, 31, 23, 59, 59, 0, 3), Calendar(1901, 12, 14, 0, 0, 0, 0, 6)})
