@@ -1,13 +1,23 @@
 // The program `qtrace`: one command a file. Exit codes: 0 done, 1 failed, 2 wrong usage.
+#include <fcntl.h>
+
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <tuple>
 
 #include "host/record_command.h"
 
 namespace {
 
 constexpr int kFailed = 1, kWrongUsage = 2;
+
+// A standard stream that came closed would let the next file that is opened take its place, and what is said
+// would be written into that file.
+void OpenStandardStreams() {
+    for (int stream = 0; stream <= 2; ++stream)
+        if (::fcntl(stream, F_GETFD) < 0) std::ignore = ::open("/dev/null", O_RDWR);
+}
 
 int Run(int argc, char** argv) {
     int exitCode = 0;
@@ -27,9 +37,13 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    OpenStandardStreams();
     std::signal(SIGXFSZ, SIG_IGN);  // a limit on file sizes is then an error like a full disk
     try {
-        return Run(argc, argv);
+        const int exitCode = Run(argc, argv);
+        if (std::cout.flush()) return exitCode;
+        std::cerr << "qtrace: standard output could not be written\n";
+        return kFailed;
     } catch (const std::exception& problem) {
         std::cerr << "qtrace: " << problem.what() << '\n';
         return kFailed;

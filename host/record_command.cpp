@@ -95,8 +95,8 @@ int Record(const Arguments& arguments) {
         std::cerr << "continuing a recording of " << Counted(recording.PointsBefore(), "point", "points")
                   << '\n';
     const RecordedInput read = RecordFixes(input, recording, *stop);
-    stop.reset();
     recording.Stop();
+    stop.reset();
 
     PrintInput(input.Name(), read.nmea);
     PrintRecording(recording, arguments.settings);
