@@ -190,7 +190,8 @@ TEST(Thread, BelowNormalPriority_MakesThatThreadNicer) {
     const Handle thread = CreateThread(Work::UntilReleased, &work);
     EXPECT_TRUE(SetThreadPriority(thread, 4));
     if (before < 19) {
-        while (work.niceness <= before) Pause();
+        for (int waited = 0; work.niceness <= before && waited < 5000; ++waited) Pause();
+        EXPECT_GT(work.niceness, before);
     }
     EXPECT_EQ(getpriority(PRIO_PROCESS, 0), before);
     work.mayRun = false;
