@@ -112,6 +112,7 @@ EnumRecTrack ModeOf(const std::string& word) {
 }
 
 void CheckAndRecord(Arguments& arguments, int& exitCode) {
+    if (arguments.file.empty()) throw CLI::RequiredError("FILE");
     if (arguments.device.empty()) throw CLI::RequiredError("--device, as there is no home folder: it");
     if (!SetAnsiCodePage(arguments.codePage))
         throw CLI::ValidationError("--code-page", std::to_string(arguments.codePage) + " is not known");
@@ -123,9 +124,9 @@ void CheckAndRecord(Arguments& arguments, int& exitCode) {
 
 void AddOptions(CLI::App& command, Arguments& arguments) {
     RecordingSettings& settings = arguments.settings;
-    command.add_option("FILE,--nmea", arguments.file, "NMEA 0183 log or device; - is standard input")
-        ->required()
-        ->type_name("");
+    auto* file = command.add_option("FILE", arguments.file, "NMEA 0183 log or device; - is standard input");
+    command.add_option("--nmea", arguments.file, "The same, as an option")->type_name("FILE")->excludes(file);
+    file->type_name("");
     command.add_option("--device", arguments.device, "Folder of the recording and the saved tracks")
         ->type_name("DIR")
         ->capture_default_str();
@@ -154,7 +155,9 @@ void AddRecordCommand(CLI::App& program, int& exitCode) {
     command.footer(
         "A recording that is in the device folder already is continued. At the end, on Ctrl-C and on SIGTERM "
         "the whole\n"
-        "recording is saved as a track. Without a usable fix nothing is saved, and the exit code is 1.");
+        "recording is saved as a track. Without a usable fix nothing is saved, and the exit code is 1.\n"
+        "Points go to storage 60 at a time (30 by distance, a minute's worth by time): a power cut costs no "
+        "more.");
     AddOptions(command, *arguments);
     command.callback([arguments, &exitCode] { CheckAndRecord(*arguments, exitCode); });
 }

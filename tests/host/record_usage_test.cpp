@@ -19,6 +19,33 @@ class RecordUsage : public Recorder {
     }
 };
 
+// What the program says must not end up in the recording's files, which would take the places of closed
+// streams.
+TEST_F(RecordUsage, ClosedStandardStreams_AreTakenByNoFile) {
+    const std::string log = Log(Fix(1) + Fix(2) + Fix(3));
+    ASSERT_EQ(Record({log}).exitCode, 0);
+    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" <&- >&- 2>&-", "sh"};
+    const std::vector<std::string> record = Command({log});
+    command.insert(command.end(), record.begin(), record.end());
+    RunProcess(command);
+    EXPECT_EQ(ReadFile(m_device / "App" / "LogHd.dat").size(), 96u);
+    EXPECT_EQ(Ring().points.size(), 4u);
+}
+
+TEST_F(RecordUsage, ClosedStandardInput_IsAnEmptyLog) {
+    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" <&-", "sh"};
+    const std::vector<std::string> record = Command({"-"});
+    command.insert(command.end(), record.begin(), record.end());
+    EXPECT_EQ(RunProcess(command).exitCode, 1);
+}
+
+TEST_F(RecordUsage, FullStandardOutput_IsAFailure) {
+    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >/dev/full", "sh"};
+    const std::vector<std::string> record = Command({Log(Fix(1) + Fix(2) + Fix(3))});
+    command.insert(command.end(), record.begin(), record.end());
+    EXPECT_EQ(RunProcess(command).exitCode, 1);
+}
+
 TEST_F(RecordUsage, WrongUsage_IsCode2AndTouchesNothing) {
     const std::string log = Log(Fix(1) + Fix(2) + Fix(3));
     const std::vector<std::vector<std::string>> wrong = {
