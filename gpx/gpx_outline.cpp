@@ -16,6 +16,10 @@ namespace {
 // The parser calls itself for each level, and no GPX document has a dozen.
 constexpr std::size_t kDeepest = 256;
 
+// What is no point becomes a tree of about 100 bytes a piece, however short its text. A document of a thousand
+// tracks has some ten thousand such pieces.
+constexpr std::size_t kMostPieces = 500'000;
+
 // What an element is, as far as points are concerned. Those of the first trk are read, others only taken out.
 enum class Place {
     Document,
@@ -64,6 +68,7 @@ class OutlineMaker {
     gpx::Points Run();
 
  private:
+    Markup Next();
     void Enter(const Markup& tag);
     void Leave(const Markup& tag);
     Place PlaceOf(std::string_view name);
@@ -85,6 +90,9 @@ class OutlineMaker {
     int m_segments = 0;
     bool m_isSegmentEmpty = true;
     char* m_pointBegin = nullptr;
+    std::size_t m_piecesBeforeMarkup = 0;
+    std::size_t m_piecesBeforePoint = 0;
+    std::size_t m_piecesOfPoints = 0;  // of those taken out
 
     // On the heap: it brings 64 KiB of its own.
     std::unique_ptr<gpx::XmlDocument> m_parsed = std::make_unique<gpx::XmlDocument>();
@@ -93,8 +101,8 @@ class OutlineMaker {
 };
 
 gpx::Points OutlineMaker::Run() {
-    Markup markup = m_scanner.Next();
-    for (; markup.kind != MarkupKind::None; markup = m_scanner.Next()) {
+    Markup markup = Next();
+    for (; markup.kind != MarkupKind::None; markup = Next()) {
         if (markup.kind == MarkupKind::StartTag || markup.kind == MarkupKind::EmptyTag) Enter(markup);
         if (markup.kind == MarkupKind::EndTag || markup.kind == MarkupKind::EmptyTag) Leave(markup);
     }
@@ -103,18 +111,30 @@ gpx::Points OutlineMaker::Run() {
     return m_points.Take();
 }
 
+Markup OutlineMaker::Next() {
+    m_piecesBeforeMarkup = m_scanner.Pieces();
+    const Markup markup = m_scanner.Next();
+    if (m_scanner.Pieces() - m_piecesOfPoints > kMostPieces)
+        throw rapidxml::parse_error("too many elements that are no points", markup.begin);
+    return markup;
+}
+
 void OutlineMaker::Enter(const Markup& tag) {
     if (m_depth == kDeepest) throw rapidxml::parse_error("nested too deep", tag.begin);
     const Place place = PlaceOf(tag.name);
     m_places[++m_depth] = place;
     if (place == Place::Segment) BeginSegment();
-    if (IsPoint(place)) m_pointBegin = tag.begin;
+    if (!IsPoint(place)) return;
+    m_pointBegin = tag.begin;
+    m_piecesBeforePoint = m_piecesBeforeMarkup;
 }
 
 void OutlineMaker::Leave(const Markup& tag) {
     if (m_depth == 0) throw rapidxml::parse_error("end tag without start tag", tag.begin);
     const Place place = m_places[m_depth--];
-    if (IsPoint(place)) TakeOut(place, m_pointBegin, tag.end);
+    if (!IsPoint(place)) return;
+    TakeOut(place, m_pointBegin, tag.end);
+    m_piecesOfPoints += m_scanner.Pieces() - m_piecesBeforePoint;
 }
 
 // Of an element in the one entered last. Only the first gpx of a document, and its first trk, count as such.

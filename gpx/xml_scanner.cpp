@@ -35,6 +35,7 @@ Markup XmlScanner::Next() {
     auto* begin = static_cast<char*>(std::memchr(m_at, '<', static_cast<std::size_t>(m_end - m_at)));
     if (begin == nullptr) return {MarkupKind::None, m_end, m_end, {}};
     m_at = begin + 1;
+    ++m_pieces;
     if (*m_at == '/') return ScanEndTag(begin);
     if (*m_at == '!' || *m_at == '?') return ScanOther(begin);
     return ScanStartTag(begin);
@@ -62,6 +63,7 @@ Markup XmlScanner::ScanStartTag(char* begin) {
 }
 
 void XmlScanner::ScanAttribute() {
+    ++m_pieces;
     while (IsIn(kOfAttributeName, *m_at)) ++m_at;
     SkipBlanks();
     Expect('=');

@@ -3,6 +3,7 @@
 // each part given to the parser.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 enum class MarkupKind {
@@ -25,6 +26,9 @@ class XmlScanner {
     // The text is zero-terminated, and scanned up to its first zero.
     explicit XmlScanner(char* text);
 
+    // How many markups and attributes it has come by: a tree of them has about so many nodes.
+    std::size_t Pieces() const { return m_pieces; }
+
     // The next markup; what stands before it is passed over. Throws rapidxml::parse_error for one that has no
     // end.
     Markup Next();
@@ -43,4 +47,5 @@ class XmlScanner {
 
     char* m_at;
     char* m_end;
+    std::size_t m_pieces = 0;
 };

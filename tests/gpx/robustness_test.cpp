@@ -137,6 +137,18 @@ TEST_F(GpxRobustness, ManyAttributesCommentsAndReferences_AreReadInOneGo) {
     EXPECT_TRUE(IsRead(document + "</gpx>"));
 }
 
+// A tree of them would take many times the size of their text.
+TEST_F(GpxRobustness, MillionsOfElementsThatAreNoPoints_AreRefused) {
+    std::string elements;
+    for (int i = 0; i < 2'000'000; ++i) elements += "<a/>";
+    std::string comments;
+    for (int i = 0; i < 1'000'000; ++i) comments += "x<!---->";
+    EXPECT_FALSE(IsRead("<gpx>" + elements + "</gpx>"));
+    EXPECT_FALSE(IsRead("<gpx>" + comments + "</gpx>"));
+    EXPECT_FALSE(
+        IsRead("<gpx><trk><trkseg><trkpt lat='1' lon='2'>" + elements + "</trkpt></trkseg></trk></gpx>"));
+}
+
 TEST_F(GpxRobustness, ManyCdataSections_AreJoined) {
     std::string document = "<gpx><name>";
     for (int i = 0; i < 200000; ++i) document += "<![CDATA[a]]>b";
