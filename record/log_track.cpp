@@ -70,6 +70,7 @@ void CTrackEx::ClearAllSliceTrace() {
     OwnPoints() = Points();
     FreeSlices();
     m_uPtCount = 0;
+    m_uUnwritten = 0;
 }
 
 void CTrackEx::InitData() {

@@ -77,6 +77,22 @@ TEST_F(LogTrackFaults, DeviceFullForLong_KeepsMemoryWithinTheCapacity) {
     EXPECT_EQ(m_track->GetPtCount(), 100u);
 }
 
+// What had no place on the storage is gone with the memory, and must not be counted any more.
+TEST_F(LogTrackFaults, DeviceFullAndThenOpenedAgain_CountsWhatTheFileHolds) {
+    Open(100);
+    Record(20);
+    {
+        const FullDevice full(FileSize());
+        Record(30);
+        Record(30);
+    }
+    EXPECT_TRUE(m_track->OpenEx());
+    EXPECT_TRUE(Record(30));
+    EXPECT_EQ(m_track->GetPtCount(), 50u);
+    EXPECT_EQ(Remembered().size(), 50u);
+    EXPECT_EQ(Ring(), (RingState{0, 50}));
+}
+
 // The next start has no more room than the kill left.
 TEST_F(LogTrackFaults, DeviceFullAtTheNextStart_TakesATornAppendBack) {
     Open(1000);
