@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <system_error>
 
+#include "host/host_settings.h"
+
 namespace fs = std::filesystem;
 
 namespace host {
@@ -27,7 +29,10 @@ fs::path DefaultDeviceFolder() {
     return home.empty() ? home : home / ".local" / "share" / "qtrace";
 }
 
-DeviceFolder::DeviceFolder(const fs::path& root) : m_root(fs::absolute(root).lexically_normal()) {}
+DeviceFolder::DeviceFolder(const HostSettings& settings)
+    : m_root(fs::absolute(settings.device).lexically_normal()),
+      m_tracks(m_root / settings.tracks),
+      m_cardTracks(m_root / settings.cardTracks) {}
 
 std::optional<std::string> DeviceFolder::Prepare() const {
     for (const fs::path& folder : {Recording(), Tracks()}) {

@@ -20,48 +20,29 @@ bool s_bSaving = false;
 long s_lNewestTime = 0;
 std::counting_semaphore<> s_loaded{0};
 
-bool HasRoom(bool onCard) {
+bool HasRoom(bool) {
     s_bSaving = true;  // the library asks when it is about to store a track
-    return !onCard && s_pDevice->HasRoom();
+    return s_pDevice->HasRoom();
 }
 
 void OnPoint(const TckPt& point) { s_lNewestTime = point.lTime; }
 
 void OnLoaded() { s_loaded.release(); }
 
-// Where the device lies is settled before the library is used.
-CTrackMan& ManagerOf(const DeviceFolder& device) {
-    s_pDevice = &device;
-    const std::string program = kProgramFolder;
-    SetDeviceRoot(device.Root().string());
-    SetProgramFolder(std::wstring(program.begin(), program.end()));
-    return *CTrackMan::Instance();
-}
-
 }  // namespace
 
-LiveRecording::LiveRecording(const DeviceFolder& device, const RecordingSettings& settings)
-    : m_device(device), m_settings(settings), m_manager(ManagerOf(device)) {}
+LiveRecording::LiveRecording(const DeviceFolder& device, const HostSettings& settings, bool save)
+    : m_device(device), m_overwrite(settings.record.overwrite), m_manager(ApplySettings(settings)) {
+    s_pDevice = &device;
+    m_manager.GetTrackMangSet()->SetTmpTkIsSaveInFull(save);
+}
 
 LiveRecording::~LiveRecording() {
     Stop();
     m_manager.GetLogTrack()->CloseEx();
 }
 
-void LiveRecording::ApplySettings() const {
-    CTrackMangSet& settings = *m_manager.GetTrackMangSet();
-    std::string userData = kUserDataFolder, tracks = kTrackFolder;
-    settings.SetNdUserDataPath(userData.data());
-    settings.SetNdExtTrackPath(tracks.data());
-    settings.SetNdTmpTrackAutoSavePath(tracks.data());
-    settings.SetStoreTrkPlace(StoreTrkDevice);
-    settings.SetTrackRecordMode(m_settings.mode, m_settings.distance, m_settings.time);
-    settings.SetTrackOverWriteMode(m_settings.overwrite);
-    settings.SetTmpTkIsSaveInFull(m_settings.save);
-}
-
 std::optional<std::string> LiveRecording::Open() {
-    ApplySettings();
     m_manager.SetIsHasEnoughSpaceCallFun(HasRoom);
     m_manager.SetTmpTrackPtShowInMapCallFun(OnPoint);
     m_manager.SetLoadTrackToMapCallFun(OnLoaded);
@@ -127,7 +108,7 @@ std::uint64_t LiveRecording::Points() const { return m_manager.GetLogTrack()->Ge
 int LiveRecording::Slices() const { return m_manager.GetLogTrack()->GetSliceNum(); }
 double LiveRecording::Fill() const { return m_manager.GetSpaceRate(); }
 long LiveRecording::NewestTime() const { return s_lNewestTime; }
-bool LiveRecording::WasFull() const { return !m_settings.overwrite && Points() >= kCapacity; }
+bool LiveRecording::WasFull() const { return !m_overwrite && Points() >= kCapacity; }
 
 // Where the next point goes, counted on while the ring turns: it grows by each point written, from the capacity
 // on modulo the capacity. The points in the ring alone would stand still once it is full.

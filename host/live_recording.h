@@ -7,22 +7,16 @@
 #include <string>
 
 #include "host/device_folder.h"
+#include "host/host_settings.h"
 #include "qtrace.h"
 
 namespace host {
 
-struct RecordingSettings {
-    EnumRecTrack mode = RecTrackAuto;
-    int distance = 3;       // [m] at least 1
-    int time = 1;           // [s] at least 1: the library divides by it
-    bool overwrite = true;  // the oldest points, when the recording is full
-    bool save = true;       // as a track at the end, and before unsaved points are overwritten
-};
-
 // One at a time: the library underneath is one for the process. One thread.
 class LiveRecording {
  public:
-    LiveRecording(const DeviceFolder& device, const RecordingSettings& settings);
+    // `save`: unsaved points are saved as a track before they are overwritten.
+    LiveRecording(const DeviceFolder& device, const HostSettings& settings, bool save);
     ~LiveRecording();  // stops, and closes the recording's files
     LiveRecording(const LiveRecording&) = delete;
     LiveRecording& operator=(const LiveRecording&) = delete;
@@ -46,7 +40,6 @@ class LiveRecording {
     bool WasFull() const;     // it took no more points, since it must not overwrite
 
  private:
-    void ApplySettings() const;
     bool WaitUntilLoaded() const;
     bool FilesAreOpen() const;
     std::int64_t WritingPlace() const;
@@ -54,7 +47,7 @@ class LiveRecording {
     void WaitForAFreshName() const;
 
     const DeviceFolder& m_device;
-    RecordingSettings m_settings;
+    bool m_overwrite;
     CTrackMan& m_manager;
     std::uint64_t m_pointsBefore = 0;
     std::uint64_t m_pointsAdded = 0;

@@ -2,15 +2,15 @@
 #include <fcntl.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <tuple>
 
-#include "host/record_command.h"
+#include "host/program.h"
 
 namespace {
-
-constexpr int kFailed = 1, kWrongUsage = 2;
 
 // A standard stream that came closed would let the next file that is opened take its place, and what is said
 // would be written into that file.
@@ -19,19 +19,42 @@ void OpenStandardStreams() {
         if (::fcntl(stream, F_GETFD) < 0) std::ignore = ::open("/dev/null", O_RDWR);
 }
 
+// Where the configuration is kept unless the command line says otherwise; empty when there is no home.
+std::string DefaultConfiguration() {
+    namespace fs = std::filesystem;
+    const auto variable = [](const char* name) {
+        const char* value = std::getenv(name);
+        return fs::path(value == nullptr ? "" : value);
+    };
+    if (const fs::path file = variable("QTRACE_CONFIG"); !file.empty()) return file.string();
+    if (const fs::path folder = variable("XDG_CONFIG_HOME"); folder.is_absolute())
+        return (folder / "qtrace" / "config.toml").string();
+    const fs::path home = variable("HOME");
+    return home.empty() ? "" : (home / ".config" / "qtrace" / "config.toml").string();
+}
+
+void Describe(CLI::App& app) {
+    app.name("qtrace");
+    app.description("Records GPS tracks so that nothing is lost, and keeps them.");
+    app.set_version_flag("--version", "qtrace " QTRACE_VERSION);
+    app.set_config("--config", DefaultConfiguration(), "File with settings")->group("Settings");
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.footer("Exit codes: 0 done, 1 failed, 2 wrong usage. 'qtrace COMMAND --help' tells more.");
+}
+
 int Run(int argc, char** argv) {
-    int exitCode = 0;
-    CLI::App program("Records GPS tracks so that nothing is lost, and keeps them.", "qtrace");
-    program.set_version_flag("--version", "qtrace " QTRACE_VERSION);
-    program.require_subcommand(1);
-    program.footer("Exit codes: 0 done, 1 failed, 2 wrong usage. 'qtrace COMMAND --help' tells more.");
-    host::AddRecordCommand(program, exitCode);
+    host::Program program;
+    Describe(program.app);
+    host::AddSettings(program.app, program.settings);
+    host::AddRecordCommand(program);
+    host::AddListCommand(program);
     try {
-        program.parse(argc, argv);
+        program.app.parse(argc, argv);
     } catch (const CLI::ParseError& question) {  // also asked for help or version: then the code is 0
-        return program.exit(question) == 0 ? 0 : kWrongUsage;
+        return program.app.exit(question) == 0 ? host::kDone : host::kWrongUsage;
     }
-    return exitCode;
+    return program.exitCode;
 }
 
 }  // namespace
@@ -43,9 +66,9 @@ int main(int argc, char** argv) {
         const int exitCode = Run(argc, argv);
         if (std::cout.flush()) return exitCode;
         std::cerr << "qtrace: standard output could not be written\n";
-        return kFailed;
+        return host::kFailed;
     } catch (const std::exception& problem) {
         std::cerr << "qtrace: " << problem.what() << '\n';
-        return kFailed;
+        return host::kFailed;
     }
 }

@@ -1,12 +1,16 @@
-#include "host/record_command.h"
+// `qtrace record`: NMEA 0183 from a file or a stream becomes a recording, and the recording a saved track.
 
 #include <algorithm>
 #include <iostream>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <vector>
 
+#include "host/choice.h"
+#include "host/program.h"
 #include "host/record_fixes.h"
+#include "host/recorder_lock.h"
 #include "host/saved_track.h"
 #include "host/summary.h"
 #include "host/text.h"
@@ -14,23 +18,12 @@
 namespace host {
 namespace {
 
-constexpr int kDone = 0, kFailed = 1;
-
 struct Arguments {
     std::string file;
-    std::string device = DefaultDeviceFolder().string();
-    std::string mode = "auto";
-    unsigned codePage = 65001;
-    bool noOverwrite = false;
     bool noSave = false;
-    RecordingSettings settings;  // completed from the words above
 };
 
-int Fail(const std::string& message) {
-    std::cout.flush();
-    std::cerr << "qtrace record: " << message << '\n';
-    return kFailed;
-}
+int Fail(const std::string& message) { return host::Fail("record", message); }
 
 std::vector<std::string> NewFiles(const DeviceFolder& device, const std::vector<std::string>& before) {
     const std::vector<std::string> now = device.TrackFiles();
@@ -75,21 +68,23 @@ int NothingRecorded(const std::string& name, const RecordedInput& read) {
 
 int Conclude(const DeviceFolder& device, LiveRecording& recording, const Arguments& arguments,
              const std::vector<std::string>& before) {
-    const int saved = arguments.settings.save ? SaveAndCheck(device, recording, before) : kDone;
+    const int saved = arguments.noSave ? kDone : SaveAndCheck(device, recording, before);
     if (recording.WasFull())
         return Fail("the recording is full: it takes no more fixes unless it may overwrite");
     return saved;
 }
 
-int Record(const Arguments& arguments) {
+int Record(const Arguments& arguments, const HostSettings& settings) {
     Input input(arguments.file);
     if (!input.IsOpen()) return Fail(input.Name() + " cannot be read: " + input.Problem());
-    const DeviceFolder device(arguments.device);
+    const DeviceFolder device(settings);
     if (const auto problem = device.Prepare()) return Fail(*problem);
+    const RecorderLock lock(device);
+    if (lock.Problem()) return Fail(*lock.Problem());
     const std::vector<std::string> before = device.TrackFiles();
 
     auto stop = std::make_unique<StopSignals>();
-    LiveRecording recording(device, arguments.settings);
+    LiveRecording recording(device, settings, !arguments.noSave);
     if (const auto problem = recording.Open()) return Fail(*problem);
     if (recording.PointsBefore() != 0)
         std::cerr << "continuing a recording of " << Counted(recording.PointsBefore(), "point", "points")
@@ -99,7 +94,7 @@ int Record(const Arguments& arguments) {
     stop.reset();
 
     PrintInput(input.Name(), read.nmea);
-    PrintRecording(recording, arguments.settings);
+    PrintRecording(recording, settings.record);
     const bool broken = read.end == Input::Got::Error;
     if (broken) Fail(input.Name() + " cannot be read on: " + input.Problem());
     if (recording.PointsAdded() == 0) return NothingRecorded(input.Name(), read);
@@ -107,59 +102,43 @@ int Record(const Arguments& arguments) {
     return broken ? kFailed : result;
 }
 
-EnumRecTrack ModeOf(const std::string& word) {
-    return word == "time" ? RecTrackByTime : word == "distance" ? RecTrackByDist : RecTrackAuto;
-}
+const std::map<std::string, EnumRecTrack> kModes = {
+    {"time", RecTrackByTime}, {"distance", RecTrackByDist}, {"auto", RecTrackAuto}};
 
-void CheckAndRecord(Arguments& arguments, int& exitCode) {
-    if (arguments.file.empty()) throw CLI::RequiredError("FILE");
-    if (arguments.device.empty()) throw CLI::RequiredError("--device, as there is no home folder: it");
-    if (!SetAnsiCodePage(arguments.codePage))
-        throw CLI::ValidationError("--code-page", std::to_string(arguments.codePage) + " is not known");
-    arguments.settings.mode = ModeOf(arguments.mode);
-    arguments.settings.overwrite = !arguments.noOverwrite;
-    arguments.settings.save = !arguments.noSave;
-    exitCode = Record(arguments);
-}
-
-void AddOptions(CLI::App& command, Arguments& arguments) {
-    RecordingSettings& settings = arguments.settings;
+void AddOptions(CLI::App& command, Arguments& arguments, RecordSettings& settings) {
     auto* file = command.add_option("FILE", arguments.file, "NMEA 0183 log or device; - is standard input");
     command.add_option("--nmea", arguments.file, "The same, as an option")->type_name("FILE")->excludes(file);
-    file->type_name("");
-    command.add_option("--device", arguments.device, "Folder of the recording and the saved tracks")
-        ->type_name("DIR")
-        ->capture_default_str();
-    command.add_option("--mode", arguments.mode, "What makes a fix a point; auto: whichever comes first")
-        ->check(CLI::IsMember({"time", "distance", "auto"}).description(""))
-        ->type_name("time|distance|auto")
-        ->capture_default_str();
+    file->type_name("")->configurable(false);
+    AddChoice(command, "--mode", settings.mode, kModes, "time|distance|auto",
+              "What makes a fix a point; auto: whichever comes first");
     command.add_option("--distance", settings.distance, "Metres between points")
         ->check(CLI::Range(1, 1'000'000).description(""))
         ->capture_default_str();
     command.add_option("--time", settings.time, "Seconds between points")
         ->check(CLI::Range(1, 86'400).description(""))
         ->capture_default_str();
-    command.add_option("--code-page", arguments.codePage, "Code page of names and paths")
-        ->capture_default_str();
-    command.add_flag("--no-overwrite", arguments.noOverwrite,
-                     "Stop at 10000 points instead of replacing the oldest");
+    command.add_flag("--overwrite,!--no-overwrite", settings.overwrite,
+                     "Replace the oldest points at 10000 points, or stop there");
     command.add_flag("--no-save", arguments.noSave, "Leave the recording as it is: save no track");
 }
 
 }  // namespace
 
-void AddRecordCommand(CLI::App& program, int& exitCode) {
+void AddRecordCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.add_subcommand("record", "Record the fixes of an NMEA 0183 log or receiver");
+    CLI::App& command =
+        *program.app.add_subcommand("record", "Record the fixes of an NMEA 0183 log or receiver");
     command.footer(
         "A recording that is in the device folder already is continued. At the end, on Ctrl-C and on SIGTERM "
         "the whole\n"
         "recording is saved as a track. Without a usable fix nothing is saved, and the exit code is 1.\n"
         "Points go to storage 60 at a time (30 by distance, a minute's worth by time): a power cut costs no "
         "more.");
-    AddOptions(command, *arguments);
-    command.callback([arguments, &exitCode] { CheckAndRecord(*arguments, exitCode); });
+    AddOptions(command, *arguments, program.settings.record);
+    command.callback([arguments, &program] {
+        if (arguments->file.empty()) throw CLI::RequiredError("FILE");
+        program.exitCode = Record(*arguments, program.settings);
+    });
 }
 
 }  // namespace host

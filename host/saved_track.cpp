@@ -7,7 +7,7 @@
 namespace host {
 
 std::optional<SavedTrack> ReadSavedTrack(const DeviceFolder& device, const std::string& fileName) {
-    CTrackProxy proxy((std::string(kTrackFolder) + '\\' + fileName).c_str());
+    CTrackProxy proxy((std::string(CTrackMangSet::Instance()->GetNdExtTrackPath()) + '\\' + fileName).c_str());
     if (!proxy.Load(nullptr)) return std::nullopt;
     SavedTrack track;
     track.file = device.Tracks() / fileName;

@@ -12,7 +12,7 @@ void PrintLine(const std::string& label, const std::string& text) {
     std::cout << std::left << std::setw(12) << label << text << '\n';
 }
 
-std::string ModeText(const RecordingSettings& settings) {
+std::string ModeText(const RecordSettings& settings) {
     const std::string metres = std::to_string(settings.distance) + " m",
                       seconds = std::to_string(settings.time) + " s";
     switch (settings.mode) {
@@ -47,7 +47,7 @@ void PrintInput(const std::string& name, const NmeaCounts& counts) {
                   Counted(counts.otherLines, "line that is no sentence", "lines that are no sentence"));
 }
 
-void PrintRecording(const LiveRecording& recording, const RecordingSettings& settings) {
+void PrintRecording(const LiveRecording& recording, const RecordSettings& settings) {
     PrintLine("Recorded", Counted(recording.PointsAdded(), "point", "points") + ", " + ModeText(settings));
     PrintLine("  in all", Counted(recording.Points(), "point", "points") + " in " +
                               Counted(static_cast<std::uint64_t>(recording.Slices()), "slice", "slices"));

@@ -10,7 +10,7 @@
 namespace host {
 
 void PrintInput(const std::string& name, const NmeaCounts& counts);
-void PrintRecording(const LiveRecording& recording, const RecordingSettings& settings);
+void PrintRecording(const LiveRecording& recording, const RecordSettings& settings);
 void PrintSavedTrack(const SavedTrack& track);
 
 // "45 no fix, 3 bad checksum"; empty when nothing was refused.

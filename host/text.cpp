@@ -37,4 +37,17 @@ std::string DistanceText(double metres) {
     return metres < 1000 ? Decimals(metres, 0) + " m" : Decimals(metres / 1000, 2) + " km";
 }
 
+// Every byte of a code page becomes three of UTF-8 at most, and every byte of UTF-8 two of a code page.
+std::string ToUtf8(const std::string& libraryText) {
+    std::string text(3 * libraryText.size() + 1, '\0');
+    AnsicToUTF_8(libraryText.c_str(), text.data(), static_cast<int>(text.size()));
+    return text.c_str();
+}
+
+std::string FromUtf8(const std::string& text) {
+    std::string libraryText(2 * text.size() + 2, '\0');
+    UTF_8ToAnsic(text.c_str(), libraryText.data(), static_cast<int>(libraryText.size()) - 1);
+    return libraryText.c_str();
+}
+
 }  // namespace host

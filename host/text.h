@@ -18,4 +18,8 @@ std::string Counted(std::uint64_t count, const char* one, const char* several);
 // "840 m", "38.41 km".
 std::string DistanceText(double metres);
 
+// Texts of the library are in the code page of the settings; the user's are UTF-8.
+std::string ToUtf8(const std::string& libraryText);
+std::string FromUtf8(const std::string& text);
+
 }  // namespace host

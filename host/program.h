@@ -1,0 +1,28 @@
+// What the commands of the program share: its settings, its exit code and how it says what went wrong.
+// One command a file; each adds itself to the command line with the function below.
+#pragma once
+
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "host/host_settings.h"
+
+namespace host {
+
+constexpr int kDone = 0, kFailed = 1, kWrongUsage = 2;
+
+struct Program {
+    CLI::App app;
+    HostSettings settings;
+    int exitCode = kDone;
+};
+
+// "qtrace COMMAND: MESSAGE" on standard error, behind what was printed so far. Returns kFailed.
+int Fail(const std::string& command, const std::string& message);
+
+// Each adds one command. Parsing the command line runs it, and leaves the exit code in the program.
+void AddRecordCommand(Program& program);
+void AddListCommand(Program& program);
+
+}  // namespace host
