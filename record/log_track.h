@@ -59,7 +59,7 @@ class QTRACE_API CTrackEx : public CTrack {
 
     void SavePropertyData();  // writes name, colour, visibility and statistics to the head file, when open
     // Writes both files anew from the slices, oldest point first; to be called after slices were cleared. False
-    // when no name is set or the point file cannot be made.
+    // when no name is set or the point file cannot be made or written: an older one then stays as it was.
     bool SaveSliceData();
 
     // The slot of the oldest point in the point file. False, with `start` untouched, when it cannot be read.
@@ -112,12 +112,14 @@ class QTRACE_API CTrackEx : public CTrack {
     void FinishLastAppend();  // what a power cut interrupted
     bool CommitPointFile();   // false when something could not be written
     void TakeBackAppend(const log_file::RingHeader& before);
-    bool ReopenPointFile();  // emptied
+    bool FinishLastSalvage();  // likewise
+    bool RewritePointFile();   // from the slices; false, with the file as it was, when it cannot be written
+    std::string PointFileFromSlices();
     bool RestoreRing();
     void LoadRing(const log_file::RingHeader& header);
     bool SalvageRing(std::int64_t fileSize);
     bool RingFitsCapacity(log_file::RingHeader& header);
-    void AidSaveFile();  // writes both files anew
+    bool AidSaveFile();  // writes both files anew
     std::vector<TckPt, je_allocator<TckPt>> AllPoints() const;
 
     std::FILE* m_pPointFile = nullptr;

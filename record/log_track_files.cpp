@@ -7,6 +7,7 @@
 #include "record/ring_file.h"
 #include "record/settings.h"
 #include "util/paths.h"
+#include "util/wide_path.h"
 
 namespace {
 
@@ -63,8 +64,11 @@ bool CTrackEx::OpenHeadFile() {
 }
 
 bool CTrackEx::OpenPointFile() {
-    m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kOpenExisting);
-    return m_pPointFile != nullptr || ReopenPointFile();
+    FinishLastSalvage();
+    const std::string path = PathOf(m_strPointFile);
+    m_pPointFile = platform::fopen(path.c_str(), kOpenExisting);
+    if (m_pPointFile == nullptr) m_pPointFile = platform::fopen(path.c_str(), kCreateEmpty);
+    return m_pPointFile != nullptr;
 }
 
 void CTrackEx::FinishLastAppend() {
@@ -74,11 +78,16 @@ void CTrackEx::FinishLastAppend() {
     m_pRedo->Forget();
 }
 
-bool CTrackEx::ReopenPointFile() {
+// In one step, so that a power cut leaves the old file or the new one. Closed in between: some systems exchange
+// no open file.
+bool CTrackEx::RewritePointFile() {
     m_pRedo->Forget();
     platform::fclose(m_pPointFile);
-    m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kCreateEmpty);
-    return m_pPointFile != nullptr;
+    const std::string path = PathOf(m_strPointFile);
+    const bool isWritten = platform::ReplaceFileContent(WidePath(path).c_str(), PointFileFromSlices());
+    if (isWritten) m_uUnwritten = 0;
+    m_pPointFile = platform::fopen(path.c_str(), kOpenExisting);
+    return isWritten && m_pPointFile != nullptr;
 }
 
 bool CTrackEx::AppendEx(Points& pts) {
@@ -129,32 +138,32 @@ bool CTrackEx::RingFitsCapacity(log_file::RingHeader& header) {
 void CTrackEx::SavePtListInfo2(void* stream) {
     if (stream == nullptr) return;
     auto* const file = static_cast<std::FILE*>(stream);
+    const std::string bytes = PointFileFromSlices();
+    std::fwrite(bytes.data(), bytes.size(), 1, file);
+    platform::fflush(file);
+    m_uUnwritten = 0;
+}
+
+std::string CTrackEx::PointFileFromSlices() {
     if (m_uPtCount > m_usMaxPtCount) {
         DropOldest(m_uPtCount - m_usMaxPtCount);
         m_uPtCount = m_usMaxPtCount;
     }
-    log_file::WriteHeader(file, {0, static_cast<std::uint16_t>(m_uPtCount)});
     Points points = AllPoints();
     points.resize(m_uPtCount);
-    if (!points.empty()) log_file::WriteRecords(file, points);
-    platform::fflush(file);
-    m_uUnwritten = 0;
+    return log_file::WholeFile(points);
 }
 
 void CTrackEx::SavePropertyData() {
     if (m_pPointFile != nullptr) SaveHeadInfo(m_pHeadFile);
 }
 
-void CTrackEx::AidSaveFile() {
+bool CTrackEx::AidSaveFile() {
     SaveHeadInfo(m_pHeadFile);
-    SavePtListInfo2(m_pPointFile);
+    return RewritePointFile();
 }
 
-bool CTrackEx::SaveSliceData() {
-    if (m_strPointFile.empty() || !ReopenPointFile()) return false;
-    AidSaveFile();
-    return true;
-}
+bool CTrackEx::SaveSliceData() { return !m_strPointFile.empty() && AidSaveFile(); }
 
 bool CTrackEx::GetTmpTrackStart(int& start) {
     if (m_pPointFile == nullptr) return false;

@@ -9,7 +9,7 @@
 #include "record/ring_file.h"
 #include "record/settings.h"
 #include "util/paths.h"
-#include "util/text.h"
+#include "util/wide_path.h"
 
 namespace {
 
@@ -17,13 +17,9 @@ using Points = std::vector<TckPt, je_allocator<TckPt>>;
 
 constexpr wchar_t kBackupName[] = L"\\TmpTk";
 constexpr wchar_t kBackupSuffix[] = L".bk";
-constexpr int kMostBackups = 99;  // in one folder
-
-std::wstring Widen(const char* path) {
-    wchar_t wide[paths::kMaxPath + 1] = {};
-    AnsciToWchar(path, wide, paths::kMaxPath);
-    return wide;
-}
+constexpr int kMostBackups = 999;           // in one folder
+constexpr char kSalvagedSuffix[] = ".new";  // behind the point file's name
+constexpr char kOpenExisting[] = "rbc+";
 
 // Under the first free name of TmpTk.bk, TmpTk2.bk, TmpTk3.bk and so on.
 bool MoveToBackup(const std::wstring& file, const std::wstring& folder) {
@@ -68,7 +64,9 @@ void CTrackEx::LoadRing(const log_file::RingHeader& header) {
     DoSlice();
 }
 
-// Read first, moved aside when closed, made anew last: some systems move no open file.
+// Read first, moved aside when closed: some systems move no open file. What was salvaged is on storage before
+// the damaged file moves, under a name that the next start looks for, should the power fail between the two
+// moves.
 bool CTrackEx::SalvageRing(std::int64_t fileSize) {
     RecoverPtList(m_pPointFile, 1,
                   static_cast<int>(std::min<std::int64_t>(fileSize, std::numeric_limits<int>::max())));
@@ -76,15 +74,25 @@ bool CTrackEx::SalvageRing(std::int64_t fileSize) {
     DoSlice();
     platform::fclose(m_pPointFile);
     m_pPointFile = nullptr;
+    platform::ReplaceFileContent(WidePath(PathOf(m_strPointFile + kSalvagedSuffix)).c_str(),
+                                 PointFileFromSlices());
     BackTmpTrkFile();
-    if (!ReopenPointFile()) return false;
-    SavePtListInfo2(m_pPointFile);
-    return true;
+    if (!FinishLastSalvage()) return RewritePointFile();
+    m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kOpenExisting);
+    return m_pPointFile != nullptr;
+}
+
+// False when there is none, or when a point file is in its place: then it is not needed any more.
+bool CTrackEx::FinishLastSalvage() {
+    const std::wstring salvaged = WidePath(PathOf(m_strPointFile + kSalvagedSuffix));
+    if (platform::MoveFileW(salvaged.c_str(), WidePath(PathOf(m_strPointFile)).c_str())) return true;
+    platform::DeleteFileW(salvaged.c_str());
+    return false;
 }
 
 void CTrackEx::BackTmpTrkFile() {
-    const std::wstring file = Widen(PathOf(m_strPointFile).c_str());
-    const std::wstring folder = Widen(CTrackMangSet::Instance()->GetExtTrackPath(false));
+    const std::wstring file = WidePath(PathOf(m_strPointFile));
+    const std::wstring folder = WidePath(CTrackMangSet::Instance()->GetExtTrackPath(false));
     if (!MoveToBackup(file, folder)) MoveToBackup(file, GetInitGlobalPath());
 }
 

@@ -74,6 +74,14 @@ void log_file::WriteRecords(std::FILE* file, const Points& points) {
     std::fwrite(points.data(), sizeof(TckPt), points.size(), file);
 }
 
+std::string log_file::WholeFile(const Points& points) {
+    unsigned char header[kHeaderSize] = {};
+    bytes::StoreLittleEndian(static_cast<std::uint16_t>(points.size()), header + 2);
+    std::string file(reinterpret_cast<const char*>(header), sizeof header);
+    file.append(reinterpret_cast<const char*>(points.data()), points.size() * sizeof(TckPt));
+    return file;
+}
+
 void log_file::Execute(std::FILE* file, const RingWrite& plan, const Points& batch) {
     if (std::fseek(file, 0, SEEK_SET) != 0) return;
     WriteHeader(file, plan.header);

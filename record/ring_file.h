@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "record/log_format.h"
@@ -37,6 +38,9 @@ void WriteSlots(std::FILE* file, std::size_t slot, const std::vector<TckPt, je_a
 
 // Writes `points` behind the stream's place, in one write.
 void WriteRecords(std::FILE* file, const std::vector<TckPt, je_allocator<TckPt>>& points);
+
+// A whole file of these records, not wrapped; at most 65535.
+std::string WholeFile(const std::vector<TckPt, je_allocator<TckPt>>& points);
 
 // Carries out what PlanAppend decided for `batch`: the header, then each block in one write.
 void Execute(std::FILE* file, const RingWrite& plan, const std::vector<TckPt, je_allocator<TckPt>>& batch);

@@ -52,5 +52,8 @@ TEST_F(LogTrackCommits, SlicesSaved_VoidTheNoteAndAreCommittedWithTheHead) {
     ASSERT_TRUE(Open(10));
     Record(3);
     const Files commits = CommitsOf([&] { EXPECT_TRUE(m_track->SaveSliceData()); });
-    EXPECT_EQ(commits, (Files{"Log.dat.redo", "LogHd.dat", "Log.dat"}));
+    ASSERT_EQ(commits.size(), 3u);
+    EXPECT_EQ(commits[0], "LogHd.dat");
+    EXPECT_EQ(commits[1], "Log.dat.redo");
+    EXPECT_EQ(commits[2].rfind(".qtrace-", 0), 0u) << "the new file, before it takes the old one's place";
 }

@@ -114,11 +114,17 @@ TEST_F(LogTrackFaults, DeviceFullAtTheNextStart_TakesATornAppendBack) {
     EXPECT_EQ(BytesOf(kPointFile), before);
 }
 
-TEST_F(LogTrackFaults, SlicesSavedOnAFullDevice_AreTakenForSaved) {
+TEST_F(LogTrackFaults, SlicesSavedOnAFullDevice_AreRefusedAndTheFileStaysAsItWas) {
     Open(1000);
     Record(20);
-    const FullDevice full(FileSize());
-    EXPECT_TRUE(m_track->SaveSliceData()) << "nobody looks at the writes";
+    const std::string before = BytesOf(kPointFile);
+    {
+        const FullDevice full(100);
+        EXPECT_FALSE(m_track->SaveSliceData());
+    }
+    EXPECT_EQ(BytesOf(kPointFile), before);
+    EXPECT_TRUE(Record(1)) << "the recording goes on";
+    EXPECT_EQ(Ring(), (RingState{0, 21}));
 }
 
 TEST_F(LogTrackFaults, FullRing_NeedsNoMoreRoom) {

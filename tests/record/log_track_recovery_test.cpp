@@ -128,6 +128,25 @@ TEST_F(LogTrackRecovery, EveryDamagedFile_GetsItsOwnNumber) {
     EXPECT_EQ(BytesOf("\\Track\\TmpTk5.bk"), "eeeeeee");
 }
 
+// A power cut between moving the damaged file aside and putting what was salvaged in its place.
+TEST_F(LogTrackRecovery, SalvagedFileWithoutItsPlace_TakesItAtTheNextStart) {
+    NextFixes(2);
+    Write("\\App\\Log.dat.new", described::RingFile(0, {Sent(0), Sent(1)}));
+    EXPECT_TRUE(Open(10));
+    EXPECT_EQ(Times(), (std::vector<int>{0, 1}));
+    EXPECT_FALSE(Exists("\\App\\Log.dat.new"));
+    EXPECT_EQ(Ring(), (RingState{0, 2}));
+}
+
+TEST_F(LogTrackRecovery, SalvagedFileBesideAWholeRing_IsRemoved) {
+    NextFixes(3);
+    Write("\\App\\Log.dat.new", described::RingFile(0, {Sent(0), Sent(1)}));
+    Write(kPointFile, described::RingFile(0, {Sent(2)}));
+    EXPECT_TRUE(Open(10));
+    EXPECT_EQ(Times(), (std::vector<int>{2}));
+    EXPECT_FALSE(Exists("\\App\\Log.dat.new"));
+}
+
 TEST_F(LogTrackRecovery, MissingTrackFolder_StopsNothingAndTheDamagedFileIsKeptBesideThePointFile) {
     SetTrackFolder("\\Missing\\Track");
     const std::string damaged = Records(2);
