@@ -14,9 +14,9 @@ namespace platform {
 
 // Opens a stream as the C library does, plus mode letter c: such a stream is committed to storage by every
 // fflush below, and so is the name of a file that it makes. "rb+" of a missing file fails, "wb+" creates or
-// truncates. Null for a folder, a device, a name with wildcards or other characters that no file name may hold,
-// a path too long, and for a read-only file that would be written. Handles are not inherited by child
-// processes.
+// truncates, "wbx+" creates and fails where there is one. Null for a folder, a device, a name with wildcards or
+// other characters that no file name may hold, a path too long, and for a read-only file that would be written.
+// Handles are not inherited by child processes.
 std::FILE* fopen(const char* path, const char* mode);
 std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode);
 

@@ -193,8 +193,7 @@ bool IsFor(const Noted& noted, std::FILE* ring) {
 
 void log_file::AppendRedo::Open(const char* path) {
     Close();
-    m_pFile = platform::fopen(path, "rbc+");
-    if (m_pFile == nullptr) m_pFile = platform::fopen(path, "wbc+");
+    m_pFile = OpenOrMake(path);
     m_bNoted = m_pFile != nullptr && ReadNote(m_pFile).has_value();
 }
 

@@ -15,7 +15,7 @@ using Points = std::vector<TckPt, je_allocator<TckPt>>;
 
 // Letter c: each flush waits until the storage has the data.
 constexpr char kOpenExisting[] = "rbc+";
-constexpr char kCreateEmpty[] = "wbc+";
+constexpr int kMostOpenAttempts = 3;  // a recording is not closed for an error that passes
 
 }  // namespace
 
@@ -53,21 +53,16 @@ bool CTrackEx::CloseEx() {
 
 // A head file that is no such file is left alone: the recording opens with the values it has.
 bool CTrackEx::OpenHeadFile() {
-    const std::string path = PathOf(m_strHeadFile);
-    m_pHeadFile = platform::fopen(path.c_str(), kOpenExisting);
-    if (m_pHeadFile == nullptr) {
-        m_pHeadFile = platform::fopen(path.c_str(), kCreateEmpty);
-        SaveHeadInfo(m_pHeadFile);
-    }
+    bool isNew = false;
+    m_pHeadFile = log_file::OpenOrMake(PathOf(m_strHeadFile).c_str(), &isNew);
+    if (isNew) SaveHeadInfo(m_pHeadFile);
     if (m_pHeadFile != nullptr) LoadHeadInfo(m_pHeadFile);
     return m_pHeadFile != nullptr;
 }
 
 bool CTrackEx::OpenPointFile() {
     FinishLastSalvage();
-    const std::string path = PathOf(m_strPointFile);
-    m_pPointFile = platform::fopen(path.c_str(), kOpenExisting);
-    if (m_pPointFile == nullptr) m_pPointFile = platform::fopen(path.c_str(), kCreateEmpty);
+    m_pPointFile = log_file::OpenOrMake(PathOf(m_strPointFile).c_str());
     return m_pPointFile != nullptr;
 }
 
@@ -86,13 +81,16 @@ bool CTrackEx::RewritePointFile() {
     const std::string path = PathOf(m_strPointFile);
     const bool isWritten = platform::ReplaceFileContent(WidePath(path).c_str(), PointFileFromSlices());
     if (isWritten) m_uUnwritten = 0;
-    m_pPointFile = platform::fopen(path.c_str(), kOpenExisting);
+    m_pPointFile = nullptr;
+    for (int attempt = 0; attempt < kMostOpenAttempts && m_pPointFile == nullptr; ++attempt)
+        m_pPointFile = platform::fopen(path.c_str(), kOpenExisting);
     return isWritten && m_pPointFile != nullptr;
 }
 
 bool CTrackEx::AppendEx(Points& pts) {
     if (m_pPointFile == nullptr || pts.empty() || pts.size() >= m_usMaxPtCount) return false;
     for (TckPt& point : pts) fcs16::Stamp(point);
+    std::clearerr(m_pPointFile);  // of earlier calls
     log_file::RingHeader ring;
     if (!RingFitsCapacity(ring)) return false;
     const auto plan = log_file::PlanAppend(ring, pts.size(), m_usMaxPtCount, m_bOverWrt);

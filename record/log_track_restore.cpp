@@ -99,15 +99,12 @@ void CTrackEx::BackTmpTrkFile() {
 // A record that fails its check stays a point of zeros, so that the number of points is the file's.
 void CTrackEx::LoadPtListInfo2(void* stream, int count, int start) {
     if (stream == nullptr || count < 0 || start < 0 || start > count) return;
-    auto* const file = static_cast<std::FILE*>(stream);
-    Points& points = OwnPoints();
-    points.assign(static_cast<std::size_t>(count), TckPt{});
-    for (int slot = 0; slot < count; ++slot) {
-        TckPt record;
-        const int place = slot < start ? count - start + slot : slot - start;
-        if (log_file::ReadRecord(file, record) && fcs16::IsValid(record))
-            points[static_cast<std::size_t>(place)] = record;
-    }
+    Points slots(static_cast<std::size_t>(count));
+    log_file::ReadRecords(static_cast<std::FILE*>(stream), slots);
+    for (TckPt& record : slots)
+        if (!fcs16::IsValid(record)) record = {};
+    std::rotate(slots.begin(), slots.begin() + start, slots.end());
+    OwnPoints().swap(slots);
 }
 
 // KEPT: reading begins at byte 0, four bytes before slot 0, so the records of a file whose header is intact do

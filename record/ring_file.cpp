@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/file.h"
 #include "util/bytes.h"
 
 namespace {
@@ -21,6 +22,16 @@ bool SeekToSlot(std::FILE* file, std::size_t slot) {
     return std::fseek(file, static_cast<long>(log_file::FileSizeOf(slot)), SEEK_SET) == 0;
 }
 
+// Returns the bytes read. An error that passes costs nothing: what is left is read once more.
+std::size_t ReadAt(std::FILE* file, long place, void* to, std::size_t size) {
+    if (std::fseek(file, place, SEEK_SET) != 0) return 0;
+    std::size_t done = std::fread(to, 1, size, file);
+    if (done == size || std::ferror(file) == 0) return done;
+    std::clearerr(file);
+    if (std::fseek(file, place + static_cast<long>(done), SEEK_SET) != 0) return done;
+    return done + std::fread(static_cast<unsigned char*>(to) + done, 1, size - done, file);
+}
+
 Points WithZeros(const RingBlock& block, const Points& batch) {
     Points records(block.points + block.zeros, TckPt{});
     std::copy_n(batch.data() + block.firstPoint, block.points, records.data());
@@ -36,6 +47,14 @@ void WriteBlock(std::FILE* file, const RingBlock& block, const Points& batch) {
 
 }  // namespace
 
+std::FILE* log_file::OpenOrMake(const char* path, bool* isNew) {
+    std::FILE* const existing = platform::fopen(path, "rbc+");
+    if (existing != nullptr) return existing;
+    std::FILE* const made = platform::fopen(path, "wbxc+");
+    if (isNew != nullptr) *isNew = made != nullptr;
+    return made;
+}
+
 std::int64_t log_file::SizeOf(std::FILE* file) {
     const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
     std::rewind(file);
@@ -44,8 +63,7 @@ std::int64_t log_file::SizeOf(std::FILE* file) {
 
 std::optional<log_file::RingHeader> log_file::ReadHeader(std::FILE* file) {
     unsigned char header[kHeaderSize];
-    if (std::fseek(file, 0, SEEK_SET) != 0) return std::nullopt;
-    if (std::fread(header, sizeof header, 1, file) != 1) return std::nullopt;
+    if (ReadAt(file, 0, header, sizeof header) != sizeof header) return std::nullopt;
     return RingHeader{bytes::LoadLittleEndian<std::uint16_t>(header),
                       bytes::LoadLittleEndian<std::uint16_t>(header + 2)};
 }
@@ -62,8 +80,13 @@ bool log_file::ReadRecord(std::FILE* file, TckPt& record) {
 }
 
 void log_file::ReadSlot(std::FILE* file, std::size_t slot, TckPt& record) {
-    record = {};
-    if (SeekToSlot(file, slot)) ReadRecord(file, record);
+    if (ReadAt(file, static_cast<long>(FileSizeOf(slot)), &record, sizeof record) != sizeof record) record = {};
+}
+
+void log_file::ReadRecords(std::FILE* file, Points& records) {
+    const std::size_t size = records.size() * kRecordSize;
+    const std::size_t whole = ReadAt(file, std::ftell(file), records.data(), size) / kRecordSize;
+    std::fill(records.begin() + static_cast<std::ptrdiff_t>(whole), records.end(), TckPt{});
 }
 
 void log_file::WriteSlots(std::FILE* file, std::size_t slot, const Points& points) {

@@ -17,6 +17,11 @@
 // leaves its place in the stream behind what it touched. Write errors are not reported; nothing here flushes.
 namespace log_file {
 
+// Opens a file, or makes it where there is none: one that cannot be opened for the moment must not be emptied.
+// Null when neither can be done. Each flush of the stream waits until the storage has the data. `isNew`, which
+// may be null, is set when it was made.
+std::FILE* OpenOrMake(const char* path, bool* isNew = nullptr);
+
 // Bytes in the file, leaving the stream at its beginning. A size that cannot be told is answered with the
 // largest number, which fits no header.
 std::int64_t SizeOf(std::FILE* file);
@@ -32,6 +37,9 @@ bool ReadRecord(std::FILE* file, TckPt& record);
 
 // The record in a slot; cleared when it cannot be read.
 void ReadSlot(std::FILE* file, std::size_t slot, TckPt& record);
+
+// Fills `records` with what stands from the stream's place on; those that cannot be read whole are cleared.
+void ReadRecords(std::FILE* file, std::vector<TckPt, je_allocator<TckPt>>& records);
 
 // Writes `points` from a slot on, in one write; nothing when the slot cannot be reached.
 void WriteSlots(std::FILE* file, std::size_t slot, const std::vector<TckPt, je_allocator<TckPt>>& points);

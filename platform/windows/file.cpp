@@ -27,6 +27,13 @@ bool IsPlainFileOrMissing(const std::wstring& file) {
            (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
 }
 
+// The runtime does not know mode letter x everywhere.
+bool MakeNewFile(const std::wstring& file) {
+    const HANDLE made = ::CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+    return made != INVALID_HANDLE_VALUE && ::CloseHandle(made) != 0;
+}
+
 }  // namespace
 
 std::FILE* fopen(const char* path, const char* mode) { return _wfopen(Wide(path).c_str(), Wide(mode).c_str()); }
@@ -35,8 +42,12 @@ std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
     const auto file = FindOnHost(path);
     if (!file || mode == nullptr || std::wcschr(L"rwa", mode[0]) == nullptr || mode[0] == L'\0') return nullptr;
     if (HoldsWildcard(path) || !IsPlainFileOrMissing(*file)) return nullptr;
-    return ::_wfopen(file->c_str(),
-                     (std::wstring(mode) + L'N').c_str());  // N: not inherited by child processes
+    std::wstring forRuntime = std::wstring(mode) + L'N';  // N: not inherited by child processes
+    if (const std::size_t onlyNew = forRuntime.find(L'x'); onlyNew != std::wstring::npos) {
+        if (!MakeNewFile(*file)) return nullptr;
+        forRuntime.erase(onlyNew, 1);
+    }
+    return ::_wfopen(file->c_str(), forRuntime.c_str());
 }
 
 int fflush(std::FILE* stream) { return stream == nullptr ? EOF : std::fflush(stream); }

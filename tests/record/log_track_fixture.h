@@ -20,6 +20,7 @@
 #include "record/log_track.h"
 #include "record/settings.h"
 #include "tests/support/device.h"
+#include "tests/support/files_in_memory.h"
 
 using Points = std::vector<TckPt, je_allocator<TckPt>>;
 
@@ -88,28 +89,6 @@ struct RingState {
 inline void PrintTo(const RingState& ring, std::ostream* out) {
     *out << "start " << ring.start << ", count " << ring.count;
 }
-
-// Named as a base before the fixture, keeps the files of a test in memory where the system offers that: for
-// tests that would spend their time waiting for storage.
-class FilesInMemory {
- protected:
-    FilesInMemory() {
-        std::error_code missing;
-        if (std::filesystem::is_directory(kMemory, missing)) setenv("TMPDIR", kMemory, 1);
-    }
-    ~FilesInMemory() {
-        if (m_hadFolder)
-            setenv("TMPDIR", m_folder.c_str(), 1);
-        else
-            unsetenv("TMPDIR");
-    }
-
- private:
-    static constexpr const char* kMemory = "/dev/shm";
-
-    bool m_hadFolder = std::getenv("TMPDIR") != nullptr;
-    std::string m_folder = m_hadFolder ? std::getenv("TMPDIR") : "";
-};
 
 // The recording's files lie in \App, damaged ones are moved to \Track. Fixes are numbered from 0; each moves a
 // little north-east of the one before and comes a second later, unless a pause lies between.
