@@ -37,7 +37,9 @@ void Describe(CLI::App& app) {
     app.name("qtrace");
     app.description("Records GPS tracks so that nothing is lost, and keeps them.");
     app.set_version_flag("--version", "qtrace " QTRACE_VERSION);
-    app.set_config("--config", DefaultConfiguration(), "File with settings")->group("Settings");
+    app.set_config("--config", DefaultConfiguration(), "File with settings")
+        ->type_name("FILE")
+        ->group("Settings");
     app.require_subcommand(1);
     app.fallthrough();
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong usage. 'qtrace COMMAND --help' tells more.");
@@ -49,6 +51,8 @@ int Run(int argc, char** argv) {
     host::AddSettings(program.app, program.settings);
     host::AddRecordCommand(program);
     host::AddListCommand(program);
+    host::AddHelpCommand(program);
+    host::AddDescriptions(program);
     try {
         program.app.parse(argc, argv);
     } catch (const CLI::ParseError& question) {  // also asked for help or version: then the code is 0

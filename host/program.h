@@ -24,5 +24,9 @@ int Fail(const std::string& command, const std::string& message);
 // Each adds one command. Parsing the command line runs it, and leaves the exit code in the program.
 void AddRecordCommand(Program& program);
 void AddListCommand(Program& program);
+void AddHelpCommand(Program& program);
+
+// Commands that no help shows: the manual page and the completion are made with them.
+void AddDescriptions(Program& program);
 
 }  // namespace host

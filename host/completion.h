@@ -1,0 +1,18 @@
+// What packaging/qtrace.bash knows of the command line, as tables for the shell.
+#pragma once
+
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+
+namespace host {
+
+// Three associative arrays, with keys like "qtrace record":
+//   _qtrace_commands   the commands behind it
+//   _qtrace_options    its options
+//   _qtrace_values     what an option takes ("qtrace record --mode"), or the place of an argument ("qtrace
+//                      record 1"; "qtrace merge ..." for this place and those behind it): @file, @dir, @track,
+//                      @command, @text, or the words to choose from. Flags are not in it.
+void PrintCompletion(const CLI::App& app, std::ostream& out);
+
+}  // namespace host
