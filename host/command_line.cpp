@@ -33,8 +33,8 @@ std::vector<const CLI::Option*> Gather(const CLI::App& app, Filter filter) {
 }  // namespace
 
 std::vector<const CLI::Option*> OptionsOf(const CLI::App& app) {
-    return Gather(app, [&app](const CLI::Option* option) {
-        return !option->get_group().empty() && option->nonpositional() && option != app.get_help_ptr();
+    return Gather(app, [](const CLI::Option* option) {
+        return !option->get_group().empty() && option->nonpositional() && !option->check_lname("help");
     });
 }
 

@@ -26,7 +26,8 @@ bool TakesValue(const CLI::Option& option);
 bool MayBeOmitted(const CLI::Option& option);  // the value, not the option
 bool TakesSeveral(const CLI::Option& option);
 
-// The value as the help shows it: "FILE", "time|distance|auto".
+// The value as the help shows it: "FILE", "time|distance|auto"; with "..." behind it or brackets around it
+// where the command says so itself.
 std::string ValueName(const CLI::Option& option);
 
 }  // namespace host

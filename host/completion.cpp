@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <map>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "host/command_line.h"
 
@@ -19,22 +21,41 @@ std::string Joined(const std::string& list, const std::string& word) {
     return list.empty() ? word : list + ' ' + word;
 }
 
-// By what the help calls the value.
-std::string KindOf(std::string value) {
-    static const Table kKinds = {
-        {"FILE", "@file"}, {"PATH", "@file"}, {"DIR", "@dir"}, {"TRACK", "@track"}, {"COMMAND", "@command"}};
-    if (const auto kind = kKinds.find(value); kind != kKinds.end()) return kind->second;
-    if (value.find('|') == std::string::npos) return "@text";
-    std::replace(value.begin(), value.end(), '|', ' ');
-    return value;
+std::vector<std::string> WordsOf(std::string text) {
+    for (char& sign : text)
+        if (sign == '|' || sign == '[' || sign == ']') sign = ' ';
+    std::istringstream words(text);
+    std::vector<std::string> list;
+    for (std::string word; words >> word;) list.push_back(word.substr(0, word.find("...")));
+    return list;
 }
+
+// What the help calls a value stands for things to look up; otherwise words in capitals stand for what nobody
+// can guess, and the others are there to choose from.
+std::string KindOf(const std::string& value, const Table& kinds) {
+    const bool isChoice = value.find('|') != std::string::npos;
+    std::string all;
+    for (const std::string& word : WordsOf(value)) {
+        const auto kind = kinds.find(word);
+        const bool isPlain =
+            std::none_of(word.begin(), word.end(), [](char sign) { return sign >= 'A' && sign <= 'Z'; });
+        if (kind != kinds.end())
+            all = Joined(all, kind->second);
+        else if (isChoice && isPlain)
+            all = Joined(all, word);
+    }
+    return all.empty() ? "@text" : all;
+}
+
+const Table kOptionKinds = {
+    {"FILE", "@file"}, {"PATH", "@file"}, {"DIR", "@dir"}, {"TRACK", "@track"}, {"COMMAND", "@command"}};
 
 // An argument's own name counts when its value has none; a NAME there is that of a track.
 std::string ArgumentKind(const CLI::Option& argument) {
-    const std::string kind = KindOf(ValueName(argument));
-    if (kind != "@text") return kind;
-    const std::string name = PositionalName(argument);
-    return name == "NAME" ? "@track" : KindOf(name);
+    Table kinds = kOptionKinds;
+    kinds["NAME"] = "@track";
+    const std::string kind = KindOf(ValueName(argument), kinds);
+    return kind == "@text" ? KindOf(PositionalName(argument), kinds) : kind;
 }
 
 void AddCommand(const CLI::App& app, const std::string& name, Tables& tables) {
@@ -42,7 +63,8 @@ void AddCommand(const CLI::App& app, const std::string& name, Tables& tables) {
     for (const CLI::Option* option : OptionsOf(app)) {
         for (const std::string& word : NamesOf(*option)) {
             options = Joined(options, word);
-            if (TakesValue(*option)) tables.values[name + ' ' + word] = KindOf(ValueName(*option));
+            if (TakesValue(*option))
+                tables.values[name + ' ' + word] = KindOf(ValueName(*option), kOptionKinds);
         }
     }
     tables.options[name] = options;

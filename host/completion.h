@@ -12,7 +12,8 @@ namespace host {
 //   _qtrace_options    its options
 //   _qtrace_values     what an option takes ("qtrace record --mode"), or the place of an argument ("qtrace
 //                      record 1"; "qtrace merge ..." for this place and those behind it): @file, @dir, @track,
-//                      @command, @text, or the words to choose from. Flags are not in it.
+//                      @command or several of them, the words to choose from, or @text for what nobody can
+//                      guess. Flags are not in it.
 void PrintCompletion(const CLI::App& app, std::ostream& out);
 
 }  // namespace host

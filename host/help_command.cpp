@@ -14,15 +14,16 @@
 namespace host {
 namespace {
 
+// Not by the command's own way, which hands over to the command that runs.
 std::string HelpOf(const CLI::App& app, const std::vector<std::string>& names) {
     const CLI::App* asked = &app;
-    std::string before;
+    std::string called = app.get_name();
     for (const std::string& name : names) {
-        before += (before.empty() ? "" : " ") + asked->get_name();
         asked = FindCommand(*asked, name);
         if (asked == nullptr) throw CLI::ValidationError("COMMAND", "there is no command " + name);
+        called += ' ' + name;
     }
-    return asked->help(before);
+    return asked->get_formatter()->make_help(asked, called, CLI::AppFormatMode::Normal);
 }
 
 // For the completion. It must not make a folder, as a listing may.

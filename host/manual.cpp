@@ -28,8 +28,12 @@ std::string Whatis(std::string description) {
     return description;
 }
 
+std::string WithDots(std::string value, const CLI::Option& option) {
+    return TakesSeveral(option) && value.find("...") == std::string::npos ? value + "..." : value;
+}
+
 std::string PositionalUsage(const CLI::Option& option) {
-    const std::string name = Italic(PositionalName(option)) + (TakesSeveral(option) ? "..." : "");
+    const std::string name = WithDots(Italic(PositionalName(option)), option);
     return option.get_required() ? name : '[' + name + ']';
 }
 
@@ -44,8 +48,8 @@ std::string OptionTag(const CLI::Option& option) {
     std::string tag;
     for (const std::string& name : NamesOf(option)) tag += (tag.empty() ? "" : ", ") + Bold(name);
     if (!TakesValue(option)) return tag;
-    const std::string value = Italic(ValueName(option)) + (TakesSeveral(option) ? "..." : "");
-    return tag + (MayBeOmitted(option) ? " [" + value + ']' : ' ' + value);
+    const std::string name = ValueName(option), value = WithDots(Italic(name), option);
+    return tag + (MayBeOmitted(option) && !name.starts_with('[') ? " [" + value + ']' : ' ' + value);
 }
 
 void PrintItem(const std::string& tag, const CLI::Option& option, std::ostream& out) {

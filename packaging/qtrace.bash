@@ -22,14 +22,17 @@ _qtrace_tracks()
 # $1: what belongs here, as the tables name it.
 _qtrace_propose()
 {
-    case $1 in
-        @file) _filedir ;;
-        @dir) _filedir -d ;;
-        @track) _qtrace_tracks ;;
-        @command) COMPREPLY=($(compgen -W "${_qtrace_commands[qtrace]}" -- "$cur")) ;;
-        @text) ;;
-        *) COMPREPLY=($(compgen -W "$1" -- "$cur")) ;;
-    esac
+    local kind
+    for kind in $1; do
+        case $kind in
+            @file) _filedir ;;
+            @dir) _filedir -d ;;
+            @track) _qtrace_tracks ;;
+            @command) COMPREPLY+=($(compgen -W "${_qtrace_commands[qtrace]}" -- "$cur")) ;;
+            @text) ;;
+            *) COMPREPLY+=($(compgen -W "$kind" -- "$cur")) ;;
+        esac
+    done
 }
 
 # Walks over the words before the cursor: finds the command, the place of the argument and the settings, and in

@@ -63,7 +63,7 @@ make_root() {
 }
 
 inside() { env -i HOME=/home/user PATH=/usr/bin:/usr/sbin chroot "$root" "$@"; }
-in_package() { dpkg --root="$root" --log="$work/dpkg.log" "$@" >"$work/dpkg.out" 2>&1 || { cat "$work/dpkg.out"; exit 1; }; }
+in_package() { dpkg --force-unsafe-io --root="$root" --log="$work/dpkg.log" "$@" >"$work/dpkg.out" 2>&1 || { cat "$work/dpkg.out"; exit 1; }; }
 
 # Every file with its form, rights and owner, and the content where that is a file; not dpkg's own notes, nor the cache
 # of the loader, which is written anew.
