@@ -8,15 +8,18 @@ _qtrace_unquoted()
     printf '%s' "${plain/#\~\//$HOME/}"
 }
 
-# The tracks of the device folder that the settings on the command line lead to.
+# The tracks of the device folder that the settings on the command line lead to. Within quotes readline quotes what is
+# missing; elsewhere it would leave a dollar sign as it is.
 _qtrace_tracks()
 {
     local name typed
     typed=$(_qtrace_unquoted "$cur")
+    [[ $cur == [\'\"]* ]] && compopt -o filenames
     while IFS= read -r name; do
-        [[ $name == "$typed"* ]] && COMPREPLY+=("$name")
-    done < <("$program" print-track-names "${settings[@]}" 2>/dev/null)
-    compopt -o filenames # blanks and brackets are quoted then
+        [[ $name == "$typed"* ]] || continue
+        [[ $cur == [\'\"]* ]] || printf -v name %q "$name"
+        COMPREPLY+=("$name")
+    done < <(command "$program" print-track-names "${settings[@]}" 2>/dev/null)
 }
 
 # $1: what belongs here, as the tables name it.
