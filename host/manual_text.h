@@ -59,11 +59,14 @@ The recording: a ring of up to 10000 points.
 .I App/LogHd.dat
 Its name and color.
 .TP
-.I TmpTk.bk
-A damaged recording, kept as it was found.
+.I App/Log.dat.redo
+The note of the batch in hand, for the case that the power goes while it is written.
 .TP
 .I UserData/Track/*.gpx
 The saved tracks.
+.TP
+.I UserData/Track/TmpTk*.bk
+A damaged recording, kept as it was found.
 .TP
 .I SDMMC/Track/*.gpx
 The saved tracks on the storage card.

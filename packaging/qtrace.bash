@@ -16,7 +16,7 @@ _qtrace_tracks()
     typed=$(_qtrace_unquoted "$cur")
     [[ $cur == [\'\"]* ]] && compopt -o filenames
     while IFS= read -r name; do
-        [[ $name == "$typed"* ]] || continue
+        [[ ${name//[\'\"\\]/} == "$typed"* ]] || continue
         [[ $cur == [\'\"]* ]] || printf -v name %q "$name"
         COMPREPLY+=("$name")
     done < <(command "$program" print-track-names "${settings[@]}" 2>/dev/null)
