@@ -10,3 +10,11 @@ file(GLOB_RECURSE archives ${root}/lib/*.a)
 foreach(archive IN LISTS archives)
   execute_process(COMMAND ${strip} --strip-debug --enable-deterministic-archives ${archive} COMMAND_ERROR_IS_FATAL ANY)
 endforeach()
+
+# The service calls the program where the package puts it, not where this build would be installed.
+file(GLOB services ${root}/lib/systemd/*/*.service)
+foreach(service IN LISTS services)
+  file(READ ${service} text)
+  string(REGEX REPLACE "(\nExec[A-Za-z]*=)[^ \n]*/qtrace" "\\1${CPACK_PACKAGING_INSTALL_PREFIX}/bin/qtrace" text "${text}")
+  file(WRITE ${service} "${text}")
+endforeach()

@@ -83,8 +83,9 @@ check_files() {
       usr/share/man/man1/qtrace.1.gz usr/share/bash-completion/completions/qtrace usr/share/doc/qtrace/copyright; do
     [ -e "$opened/$path" ] || fail "not in the package: $path"
   done
-  if [ -e "$source/packaging/qtrace-record.service" ]; then
-    [ -n "$(find "$opened/usr/lib/systemd" -name qtrace-record.service)" ] || fail "the service is not in the package"
+  if [ -e "$source/packaging/qtrace-record.service.in" ]; then
+    grep -q '^ExecStart=/usr/bin/qtrace record' "$opened"/usr/lib/systemd/system/qtrace-record.service ||
+      fail "the service is not in the package, or does not call the program"
   fi
   wrong=$(grep -rlaF -e "$build" -e "$source" "$opened" || true)
   [ -z "$wrong" ] || fail "names folders of the build: $wrong"
