@@ -1,9 +1,10 @@
 // The program that the laboratory cuts the power of: one run of the library on a device folder, by a scenario
-// and a seed. Before and behind each step it leaves a mark in the shim's log. Which scenarios: Run() below.
+// and a seed. Before and behind each step it leaves a mark in the shim's log. Which scenarios: kScenarios
+// below.
 //   power_session DEVICE SCENARIO SEED
 #include <cstdlib>
 #include <cstring>
-#include <iostream>
+#include <map>
 #include <random>
 #include <string>
 
@@ -99,59 +100,76 @@ class Session {
     int m_number = 0;
 };
 
-bool Run(const std::string& scenario, Session& session) {
-    if (scenario == "growing") {
-        session.Open(200, true);
-        session.Append(30);
-    } else if (scenario == "turning") {
-        session.Open(12, true);
-        session.Append(40);
-    } else if (scenario == "filling") {
-        session.Open(12, false);
-        session.Append(10);
-    } else if (scenario == "slices") {
-        session.Open(20, true);
-        for (int trip = 0; trip < 5; ++trip) {
-            session.Append(3);
-            session.Pause();
-            session.Append(2);
-            session.RemoveASlice();
-            session.Rename(("trip " + std::to_string(trip)).c_str());
-        }
-    } else if (scenario == "reopening") {
-        for (int start = 0; start < 4; ++start) {
-            session.Open(12, true);
-            session.Append(5);
-            session.Close();
-        }
-    } else if (scenario == "shrinking") {
-        session.Open(30, true);
-        session.Append(12);
-        session.Close();
-        session.Open(8, true);
-        session.Append(4);
-    } else if (scenario == "salvaging") {
-        session.Open(12, true);
-        session.Append(2);
-    } else if (scenario == "tracks") {
-        session.SaveTrack("one", 20);
-        session.SaveTrack("two", 30);
-        session.SaveTrack("one", 25);
-        session.ChangeTrack("one");
-    } else if (scenario == "everything") {  // on a device that has a recording and the tracks one and two
-        session.Open(200, true);
-        session.Append(3);
-        session.Rename("today");
-        session.RemoveASlice();
-        session.Append(3);
-        session.SaveTrack("one", 20);
-        session.ChangeTrack("two");
-        session.Close();
-    } else {
-        return false;
-    }
-    return true;
+void Growing(Session& session) {
+    session.Open(200, true);
+    session.Append(30);
 }
+
+void Turning(Session& session) {
+    session.Open(12, true);
+    session.Append(40);
+}
+
+void Filling(Session& session) {
+    session.Open(12, false);
+    session.Append(10);
+}
+
+void Slices(Session& session) {
+    session.Open(20, true);
+    for (int trip = 0; trip < 5; ++trip) {
+        session.Append(3);
+        session.Pause();
+        session.Append(2);
+        session.RemoveASlice();
+        session.Rename(("trip " + std::to_string(trip)).c_str());
+    }
+}
+
+void Reopening(Session& session) {
+    for (int start = 0; start < 4; ++start) {
+        session.Open(12, true);
+        session.Append(5);
+        session.Close();
+    }
+}
+
+void Shrinking(Session& session) {
+    session.Open(30, true);
+    session.Append(12);
+    session.Close();
+    session.Open(8, true);
+    session.Append(4);
+}
+
+void Salvaging(Session& session) {
+    session.Open(12, true);
+    session.Append(2);
+}
+
+void Tracks(Session& session) {
+    session.SaveTrack("one", 20);
+    session.SaveTrack("two", 30);
+    session.SaveTrack("one", 25);
+    session.ChangeTrack("one");
+}
+
+// On a device that has a recording and the tracks one and two.
+void Everything(Session& session) {
+    session.Open(200, true);
+    session.Append(3);
+    session.Rename("today");
+    session.RemoveASlice();
+    session.Append(3);
+    session.SaveTrack("one", 20);
+    session.ChangeTrack("two");
+    session.Close();
+}
+
+const std::map<std::string, void (*)(Session&)> kScenarios = {
+    {"growing", Growing},     {"turning", Turning},     {"filling", Filling},
+    {"slices", Slices},       {"reopening", Reopening}, {"shrinking", Shrinking},
+    {"salvaging", Salvaging}, {"tracks", Tracks},       {"everything", Everything}};
 
 }  // namespace
 
@@ -163,5 +181,8 @@ int main(int argc, char** argv) {
     char tracks[] = "\\UserData\\Track";
     CTrackMangSet::Instance()->SetNdExtTrackPath(tracks);
     Session session(static_cast<unsigned>(std::atoi(argv[3])));
-    return Run(argv[2], session) ? 0 : 2;
+    const auto scenario = kScenarios.find(argv[2]);
+    if (scenario == kScenarios.end()) return 2;
+    scenario->second(session);
+    return 0;
 }
