@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -11,15 +12,29 @@ namespace host {
 
 Input::Input(const std::string& path) : m_name(path == "-" ? "standard input" : path) {
     m_descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    if (m_descriptor < 0) m_problem = std::strerror(errno);
+    struct stat about {};
+    if (m_descriptor < 0 || fstat(m_descriptor, &about) != 0) {
+        m_problem = std::strerror(errno);
+        Close();
+    } else if (S_ISDIR(about.st_mode)) {
+        m_problem = std::strerror(EISDIR);
+        Close();
+    } else if (S_ISREG(about.st_mode)) {
+        m_size = static_cast<std::uint64_t>(about.st_size);
+    }
 }
 
-Input::~Input() {
+Input::~Input() { Close(); }
+
+void Input::Close() {
     if (m_descriptor > STDERR_FILENO) close(m_descriptor);
+    m_descriptor = -1;
 }
 
-Input::Got Input::Read(StopSignals& stop, std::string_view& bytes) {
-    if (!stop.WaitForInput(m_descriptor)) return Got::Stopped;
+Input::Got Input::Read(StopSignals& stop, std::chrono::milliseconds atMost, std::string_view& bytes) {
+    const Awaited awaited = stop.WaitForInput(m_descriptor, atMost);
+    if (awaited == Awaited::Stop) return Got::Stopped;
+    if (awaited == Awaited::TimeIsUp) return Got::Nothing;
     const ssize_t count = read(m_descriptor, m_buffer.data(), m_buffer.size());
     if (count < 0) m_problem = std::strerror(errno);
     if (count <= 0) return count < 0 ? Got::Error : Got::End;
@@ -28,10 +43,9 @@ Input::Got Input::Read(StopSignals& stop, std::string_view& bytes) {
     return Got::Bytes;
 }
 
-std::optional<std::uint64_t> Input::Size() const {
-    struct stat about {};
-    if (fstat(m_descriptor, &about) != 0 || !S_ISREG(about.st_mode)) return std::nullopt;
-    return static_cast<std::uint64_t>(about.st_size);
+std::optional<double> Input::Share() const {
+    if (!m_size || *m_size == 0) return std::nullopt;
+    return std::min(1.0, static_cast<double>(m_bytesRead) / static_cast<double>(*m_size));
 }
 
 }  // namespace host

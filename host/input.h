@@ -1,41 +1,35 @@
-// The bytes of a recorded log or of a receiver: a file, a device or standard input.
+// The bytes of a recorded log or of a stream: a file, a pipe or standard input.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
 
-#include "host/stop_signals.h"
+#include "host/byte_source.h"
 
 namespace host {
 
-// Owns its descriptor. Bytes are handed over as they arrive: a slow stream is not held back to fill a buffer.
-class Input {
+// Owns its descriptor.
+class Input : public ByteSource {
  public:
-    enum class Got { Bytes, End, Stopped, Error };
-
-    // A path, or "-" for standard input. Problem() says what is wrong when it cannot be opened.
+    // A path, or "-" for standard input. Problem() says what is wrong when it cannot be opened or is a folder.
     explicit Input(const std::string& path);
-    ~Input();
-    Input(const Input&) = delete;
-    Input& operator=(const Input&) = delete;
+    ~Input() override;
 
     bool IsOpen() const { return m_descriptor >= 0; }
-    const std::string& Problem() const { return m_problem; }
-    const std::string& Name() const { return m_name; }
 
-    // Waits for bytes or a stop. `bytes` is valid until the next call.
-    Got Read(StopSignals& stop, std::string_view& bytes);
-
-    std::uint64_t BytesRead() const { return m_bytesRead; }
-    std::optional<std::uint64_t> Size() const;  // of a plain file
+    Got Read(StopSignals& stop, std::chrono::milliseconds atMost, std::string_view& bytes) override;
+    const std::string& Name() const override { return m_name; }
+    const std::string& Problem() const override { return m_problem; }
+    bool IsLive() const override { return !m_size; }
+    std::optional<double> Share() const override;
 
  private:
+    void Close();
+
     std::string m_name;
     std::string m_problem;
     int m_descriptor = -1;
+    std::optional<std::uint64_t> m_size;  // of a plain file
     std::uint64_t m_bytesRead = 0;
     std::array<char, 16384> m_buffer{};
 };

@@ -1,9 +1,13 @@
+// The recording's life and its points. Its saving: live_recording_save.cpp.
 #include "host/live_recording.h"
 
-#include <chrono>
-#include <filesystem>
+#include <algorithm>
+#include <cmath>
 #include <semaphore>
 #include <thread>
+#include <utility>
+
+#include "host/recording_files.h"
 
 namespace host {
 namespace {
@@ -15,54 +19,91 @@ constexpr std::int64_t kCapacity = 10000;  // points that the library's recordin
 constexpr auto kLoadingTakesAtMost = std::chrono::seconds(120);
 
 // The library's callbacks are plain functions, so what they need lies here.
+struct Recorded {
+    LiveRecording::Observer observer;
+    std::int32_t interval = 0;  // [s] between points by time; 0 in the other modes
+    std::uint64_t waiting = 0;  // chosen and not yet written
+    steady_clock::time_point waitingSince;
+    std::optional<TckPt> last;
+    double distance = 0;  // [m]
+};
+Recorded s_recorded;
 const DeviceFolder* s_pDevice = nullptr;
-bool s_bSaving = false;
-long s_lNewestTime = 0;
 std::counting_semaphore<> s_loaded{0};
 
-bool HasRoom(bool) {
-    s_bSaving = true;  // the library asks when it is about to store a track
-    return s_pDevice->HasRoom();
-}
-
-void OnPoint(const TckPt& point) { s_lNewestTime = point.lTime; }
+bool HasRoom(bool) { return s_pDevice->HasRoom(); }
 
 void OnLoaded() { s_loaded.release(); }
 
+double Step(const TckPt& from, const TckPt& to) {
+    double distance = 0, bearing = 0;
+    if (to.lTime - std::int64_t{from.lTime} >= CTrackEx::s_iDiffTime) return 0;  // a new slice
+    CalDistance(from.dLatitude, from.dLongitude, to.dLatitude, to.dLongitude, 0, &distance, &bearing);
+    return distance;
+}
+
+// By time the library reports every fix, also those that become no point.
+bool IsPoint(const TckPt& fix) {
+    const auto& last = s_recorded.last;
+    return s_recorded.interval == 0 || !last || fix.lTime - std::int64_t{last->lTime} >= s_recorded.interval;
+}
+
+void OnPoint(const TckPt& point) {
+    if (!IsPoint(point)) return;
+    if (s_recorded.waiting++ == 0) s_recorded.waitingSince = steady_clock::now();
+    if (s_recorded.last) s_recorded.distance += Step(*s_recorded.last, point);
+    s_recorded.last = point;
+    if (s_recorded.observer) s_recorded.observer(point);
+}
+
 }  // namespace
 
-LiveRecording::LiveRecording(const DeviceFolder& device, const HostSettings& settings, bool save)
-    : m_device(device), m_overwrite(settings.record.overwrite), m_manager(ApplySettings(settings)) {
+LiveRecording::LiveRecording(const DeviceFolder& device, const HostSettings& settings, bool save, Say say)
+    : m_device(device),
+      m_overwrite(settings.record.overwrite),
+      m_color(ColorValue(settings.color)),
+      m_manager(ApplySettings(settings)),
+      m_say(std::move(say)) {
     s_pDevice = &device;
+    s_recorded = {};
+    if (settings.record.mode == RecTrackByTime) s_recorded.interval = settings.record.time;
     m_manager.GetTrackMangSet()->SetTmpTkIsSaveInFull(save);
 }
 
 LiveRecording::~LiveRecording() {
     Stop();
+    m_manager.StopLoadDataToMapThread();
     m_manager.GetLogTrack()->CloseEx();
+    s_recorded = {};
 }
 
-std::optional<std::string> LiveRecording::Open() {
+std::optional<std::string> LiveRecording::Open(StopSignals& stop) {
     m_manager.SetIsHasEnoughSpaceCallFun(HasRoom);
     m_manager.SetTmpTrackPtShowInMapCallFun(OnPoint);
     m_manager.SetLoadTrackToMapCallFun(OnLoaded);
+    const auto putAside = PutAsideFiles(m_device);
     m_manager.LoadData();
-    if (!WaitUntilLoaded()) return "the library in " + m_device.Root().string() + " does not finish loading";
+    for (const auto& file : NewFiles(putAside, PutAsideFiles(m_device)))
+        m_say("the recording was damaged; the damaged file is kept as " + file.string());
+    if (!WaitUntilLoaded(stop))
+        return "the library in " + m_device.Root().string() + " does not finish loading";
     if (!FilesAreOpen())
-        return "the recording's files in " + m_device.Recording().string() + " cannot be opened for writing";
-    m_manager.GetTrackMangSet()->ReSetTmpTkStartPos();
+        return "the recording's files in " + m_device.Recording().string() +
+               " cannot be opened for writing: " + WhyNotOpened(m_device);
     m_pointsBefore = Points();
-    m_writingPlace = WritingPlace();
-    m_manager.Start();
+    m_knownFiles = TrackFilesOf(m_device);
     return std::nullopt;
 }
 
-bool LiveRecording::WaitUntilLoaded() const {
+bool LiveRecording::WaitUntilLoaded(StopSignals& stop) const {
+    constexpr auto kLook = milliseconds(20);
     const auto deadline = steady_clock::now() + kLoadingTakesAtMost;
-    if (!s_loaded.try_acquire_until(deadline)) return false;
-    while (m_manager.IsLoadingDataToMap() && steady_clock::now() < deadline)
+    bool isLoaded = false;
+    while (!isLoaded && steady_clock::now() < deadline && stop.Sleep({}))
+        isLoaded = s_loaded.try_acquire_for(kLook);
+    while (isLoaded && m_manager.IsLoadingDataToMap() && steady_clock::now() < deadline)
         std::this_thread::sleep_for(milliseconds(1));  // it ends just after the callback
-    return !m_manager.IsLoadingDataToMap();
+    return isLoaded && !m_manager.IsLoadingDataToMap();
 }
 
 bool LiveRecording::FilesAreOpen() const {
@@ -70,44 +111,53 @@ bool LiveRecording::FilesAreOpen() const {
     return m_manager.GetLogTrack()->GetTmpTrackStart(start);
 }
 
+void LiveRecording::Start(Observer observer) {
+    s_recorded.observer = std::move(observer);
+    m_manager.GetTrackMangSet()->ReSetTmpTkStartPos();
+    m_writingPlace = WritingPlace();
+    m_manager.Start();
+}
+
+// The library writes when enough points wait, and saves the recording first if that overwrites its beginning.
 void LiveRecording::Offer(const TckPt& fix) {
-    s_bSaving = false;
+    const bool mayOverwrite = WouldOverwrite(s_recorded.waiting + 1);
+    const auto expected = mayOverwrite ? PrepareAutomaticSave() : std::nullopt;
     m_manager.SaveToTempTrack(fix);
-    CountAdded();
-    // The recording was saved because its first points were about to be overwritten. Its name is the second of
-    // that save: wait for the next one, or the next save would replace the file.
-    if (s_bSaving) WaitForAFreshName();
+    const std::uint64_t batch = s_recorded.waiting;
+    AfterWriting();
+    if (expected && batch != 0 && s_recorded.waiting == 0) CheckAutomaticSave(*expected + batch);
+}
+
+// FlushOut does not save before it overwrites.
+void LiveRecording::Flush() {
+    if (s_recorded.waiting == 0) return;
+    if (WouldOverwrite(s_recorded.waiting)) {
+        const auto expected = PrepareAutomaticSave();
+        std::vector<TckPt, je_allocator<TckPt>> nothingPending;
+        m_manager.SaveTempTrkToTrack(nothingPending);
+        if (expected) CheckAutomaticSave(*expected);
+    }
+    m_manager.FlushOut();
+    AfterWriting();
+}
+
+steady_clock::duration LiveRecording::Waiting() const {
+    return s_recorded.waiting == 0 ? steady_clock::duration::zero()
+                                   : steady_clock::now() - s_recorded.waitingSince;
 }
 
 void LiveRecording::Stop() {
-    if (!m_manager.Stop()) return;
+    if (!m_manager.isStart()) return;
+    Flush();
+    m_manager.Stop();
     CountAdded();
 }
 
-std::optional<std::string> LiveRecording::Save() {
-    WaitForAFreshName();
-    std::vector<TckPt, je_allocator<TckPt>> nothingPending;
-    if (m_manager.SaveTempTrkToTrack(nothingPending)) return std::nullopt;
-    if (!m_device.HasRoom()) return "there is too little room in " + m_device.Root().string();
-    return "the folder " + m_device.Tracks().string() + " does not take it";
-}
-
-std::uint64_t LiveRecording::PointsToSave() const {
-    CTrackEx& recording = *m_manager.GetLogTrack();
-    std::uint64_t points = 0;
-    for (int i = 0; i < recording.GetSliceNum(); ++i) {
-        CTrack slice;
-        slice.AppendPt(*recording.GetSliceTrace(i));
-        slice.SimplifyPt();
-        points += slice.GetPtCount();
-    }
-    return points;
-}
-
+std::uint64_t LiveRecording::PointsWaiting() const { return s_recorded.waiting; }
 std::uint64_t LiveRecording::Points() const { return m_manager.GetLogTrack()->GetPtCount(); }
 int LiveRecording::Slices() const { return m_manager.GetLogTrack()->GetSliceNum(); }
 double LiveRecording::Fill() const { return m_manager.GetSpaceRate(); }
-long LiveRecording::NewestTime() const { return s_lNewestTime; }
+double LiveRecording::Distance() const { return s_recorded.distance; }
 bool LiveRecording::WasFull() const { return !m_overwrite && Points() >= kCapacity; }
 
 // Where the next point goes, counted on while the ring turns: it grows by each point written, from the capacity
@@ -125,12 +175,26 @@ void LiveRecording::CountAdded() {
     m_writingPlace = place;
 }
 
-void LiveRecording::WaitForAFreshName() const {
-    const auto deadline = steady_clock::now() + std::chrono::seconds(3);
-    const auto exists = [this] {
-        return std::filesystem::exists(m_device.Tracks() / ("AutoSaveTrk-" + GetLocalTimeStr() + ".gpx"));
-    };
-    while (exists() && steady_clock::now() < deadline) std::this_thread::sleep_for(milliseconds(20));
+void LiveRecording::AfterWriting() {
+    const std::uint64_t before = m_pointsAdded;
+    CountAdded();
+    if (m_pointsAdded == before && !WasFull()) return;
+    s_recorded.waiting = 0;
+    CheckFile();
+}
+
+std::optional<std::string> LiveRecording::Check() const { return WhyIncomplete(m_device, Points()); }
+
+void LiveRecording::CheckFile() {
+    const auto problem = m_isFileComplete ? Check() : std::nullopt;
+    if (!problem) return;
+    m_isFileComplete = false;
+    Complain(*problem);
+}
+
+void LiveRecording::Complain(const Problem& problem) {
+    ++m_troubles;
+    m_say(problem);
 }
 
 }  // namespace host

@@ -50,6 +50,7 @@ int Run(int argc, char** argv) {
     Describe(program.app);
     host::AddSettings(program.app, program.settings);
     host::AddRecordCommand(program);
+    host::AddSaveCommand(program);
     host::AddListCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);

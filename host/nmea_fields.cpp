@@ -146,7 +146,7 @@ Reading ReadGga(std::string_view body, Gga& gga) {
     TckPt position{};
     if (!time || !IsAll(fields[6], "123456789") || !ReadPosition(fields, 2, position)) return Reading::BadField;
     if (!altitude && !fields[9].empty()) return Reading::BadField;
-    gga = {*time, altitude};
+    gga = {*time, altitude, DecimalWithin(fields[8], 0, 1e6)};
     return Reading::Good;
 }
 

@@ -1,5 +1,6 @@
 // What the two position sentences of NMEA 0183 say: RMC (date, time, position, speed, course) and GGA (time,
-// altitude). Framing and checksum: host/nmea_sentence.h. Numbers are read the same under every locale.
+// altitude, dilution of precision). Framing and checksum: host/nmea_sentence.h. Numbers are read the same under
+// every locale.
 #pragma once
 
 #include <cstdint>
@@ -29,6 +30,7 @@ struct Rmc {
 struct Gga {
     TimeOfDay timeOfDay = 0;
     std::optional<double> altitude;  // [m] above mean sea level
+    std::optional<double> hdop;      // horizontal dilution of precision; none when it is missing or malformed
 };
 
 // `body`: the sentence between "$" and "*". The result is filled only when the answer is Good.

@@ -77,7 +77,7 @@ void NmeaReader::OnRmc(std::string_view body) {
     Rmc rmc;
     if (!IsGood(ReadRmc(body, rmc))) return;
     if (m_waitingGga && m_waitingGga->timeOfDay == rmc.timeOfDay)
-        return HandOver(rmc.fix, std::exchange(m_waitingGga, std::nullopt)->altitude);
+        return HandOver(rmc, *std::exchange(m_waitingGga, std::nullopt));
     DropWaitingGga();
     m_waitingRmc = rmc;
 }
@@ -86,7 +86,7 @@ void NmeaReader::OnGga(std::string_view body) {
     Gga gga;
     if (!IsGood(ReadGga(body, gga))) return;
     if (m_waitingRmc && m_waitingRmc->timeOfDay == gga.timeOfDay)
-        return HandOver(std::exchange(m_waitingRmc, std::nullopt)->fix, gga.altitude);
+        return HandOver(*std::exchange(m_waitingRmc, std::nullopt), gga);
     HandOverWaitingRmc();
     DropWaitingGga();
     m_waitingGga = gga;
@@ -97,14 +97,15 @@ bool NmeaReader::IsGood(Reading reading) {
     return reading == Reading::Good;
 }
 
-void NmeaReader::HandOver(TckPt fix, std::optional<double> altitude) {
-    fix.dAltitude = altitude.value_or(0.0);
+void NmeaReader::HandOver(const Rmc& rmc, const Gga& gga) {
+    Fix fix{rmc.fix, gga.hdop};
+    fix.dAltitude = gga.altitude.value_or(0.0);
     ++m_counts.fixes;
     m_sink(fix);
 }
 
 void NmeaReader::HandOverWaitingRmc() {
-    if (m_waitingRmc) HandOver(std::exchange(m_waitingRmc, std::nullopt)->fix, std::nullopt);
+    if (m_waitingRmc) HandOver(*std::exchange(m_waitingRmc, std::nullopt), {});
 }
 
 void NmeaReader::DropWaitingGga() {

@@ -1,5 +1,5 @@
-// Turns an NMEA 0183 stream into fixes: each valid RMC gives one, with the altitude of the GGA of the same
-// time. Framing: host/nmea_sentence.h. Fields: host/nmea_fields.h.
+// Turns an NMEA 0183 stream into fixes: each valid RMC gives one, with the altitude and the
+// dilution of precision of the GGA of the same time. Framing: host/nmea_sentence.h. Fields: host/nmea_fields.h.
 #pragma once
 
 #include <array>
@@ -8,6 +8,7 @@
 #include <optional>
 #include <string_view>
 
+#include "host/fix.h"
 #include "host/nmea_fields.h"
 #include "host/nmea_sentence.h"
 #include "qtrace.h"
@@ -38,7 +39,7 @@ struct NmeaCounts {
 // recording's business.
 class NmeaReader {
  public:
-    using Sink = std::function<void(const TckPt&)>;
+    using Sink = std::function<void(const Fix&)>;
 
     explicit NmeaReader(Sink sink);
     NmeaReader(const NmeaReader&) = delete;
@@ -58,7 +59,7 @@ class NmeaReader {
     void OnGga(std::string_view body);
     bool IsGood(Reading reading);
     void Refuse(Refusal why) { ++m_counts.refused[static_cast<std::size_t>(why)]; }
-    void HandOver(TckPt fix, std::optional<double> altitude);
+    void HandOver(const Rmc& rmc, const Gga& gga);
     void HandOverWaitingRmc();
     void DropWaitingGga();
 

@@ -23,6 +23,7 @@ int Fail(const std::string& command, const std::string& message);
 
 // Each adds one command. Parsing the command line runs it, and leaves the exit code in the program.
 void AddRecordCommand(Program& program);
+void AddSaveCommand(Program& program);
 void AddListCommand(Program& program);
 void AddHelpCommand(Program& program);
 

@@ -28,8 +28,9 @@ RecorderLock::RecorderLock(const DeviceFolder& device) {
     if (m_descriptor < 0) {
         m_problem = file + " cannot be opened: " + std::strerror(errno);
     } else if (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
-        m_problem =
-            "process " + HolderIn(m_descriptor) + " is recording in " + device.Root().string() + " already";
+        m_problem = errno == EWOULDBLOCK ? "process " + HolderIn(m_descriptor) + " is recording in " +
+                                               device.Root().string() + " already"
+                                         : file + " cannot be locked: " + std::strerror(errno);
     } else {
         const std::string holder = std::to_string(getpid()) + '\n';
         std::ignore = ftruncate(m_descriptor, 0);

@@ -4,6 +4,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <system_error>
@@ -40,11 +41,18 @@ StopSignals::~StopSignals() {
     pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
 }
 
-bool StopSignals::WaitForInput(int descriptor) {
+Awaited StopSignals::WaitForInput(int descriptor, std::chrono::milliseconds atMost) {
     std::array<pollfd, 2> watched = {pollfd{m_signals, POLLIN, 0}, pollfd{descriptor, POLLIN, 0}};
-    while (!m_requested && poll(watched.data(), watched.size(), -1) < 0 && errno == EINTR) continue;
+    const int time = static_cast<int>(std::max<std::chrono::milliseconds::rep>(atMost.count(), 0));
+    if (!m_requested && poll(watched.data(), watched.size(), time) < 0) return Awaited::TimeIsUp;
     if (watched[0].revents != 0) m_requested = true;
-    return !m_requested;
+    if (m_requested) return Awaited::Stop;
+    return watched[1].revents != 0 ? Awaited::Ready : Awaited::TimeIsUp;
+}
+
+bool StopSignals::Sleep(std::chrono::milliseconds time) {
+    constexpr int kNoDescriptor = -1;  // poll passes over it
+    return WaitForInput(kNoDescriptor, time) != Awaited::Stop;
 }
 
 }  // namespace host

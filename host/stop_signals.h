@@ -1,9 +1,12 @@
 // Ctrl-C, SIGTERM and SIGHUP as something to wait for, so that a recording ends between two fixes and is saved.
 #pragma once
 
+#include <chrono>
 #include <csignal>
 
 namespace host {
+
+enum class Awaited { Ready, TimeIsUp, Stop };
 
 // While it lives, these signals do not end the program; make it before any other thread starts. Afterwards they
 // do again: a second Ctrl-C ends a save that hangs. Signals that the caller ignores (nohup) stay ignored.
@@ -14,9 +17,11 @@ class StopSignals {
     StopSignals(const StopSignals&) = delete;
     StopSignals& operator=(const StopSignals&) = delete;
 
-    // Waits until `descriptor` can be read or has ended. False when a signal asks to stop, at once and ever
+    // Waits until `descriptor` can be read or has ended. Stop when a signal asks for it, at once and ever
     // after.
-    bool WaitForInput(int descriptor);
+    Awaited WaitForInput(int descriptor, std::chrono::milliseconds atMost);
+    // False when a signal asks to stop, at once and ever after. A time of 0 only looks.
+    bool Sleep(std::chrono::milliseconds time);
     bool Requested() const { return m_requested; }
 
  private:

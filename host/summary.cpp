@@ -25,26 +25,27 @@ std::string ModeText(const RecordSettings& settings) {
     }
 }
 
-}  // namespace
-
-std::string RefusedByReason(const NmeaCounts& counts) {
-    std::string text;
-    for (std::size_t i = 0; i < kRefusals; ++i) {
-        if (counts.refused[i] == 0) continue;
-        if (!text.empty()) text += ", ";
-        text += std::to_string(counts.refused[i]) + ' ' + NameOf(static_cast<Refusal>(i));
-    }
-    return text;
+void PrintGate(const GateCounts& counts) {
+    const std::string refused = RefusedByReason(counts);
+    PrintLine("  gate", refused.empty() ? "refused nothing" : "refused " + refused);
+    if (counts.mended != 0)
+        PrintLine("  mended", Counted(counts.mended, "time", "times") + " by whole eras of 1024 GPS weeks");
+    if (counts.accepted != 0)
+        PrintLine("  accepted",
+                  Counted(counts.accepted, "fix", "fixes") + " that agreed with several refused ones");
 }
 
-void PrintInput(const std::string& name, const NmeaCounts& counts) {
-    PrintLine("Input", name);
-    PrintLine("  read", Counted(counts.fixes, "fix", "fixes") + " from " +
-                            Counted(counts.sentences, "sentence", "sentences"));
-    if (counts.Refused() != 0) PrintLine("  refused", RefusedByReason(counts));
+}  // namespace
+
+void PrintInput(const FixSource& source, const std::optional<GateCounts>& gate) {
+    const SourceCounts counts = source.Counts();
+    PrintLine("Input", source.Name());
+    PrintLine("  read", Counted(counts.fixes, "fix", "fixes") + " from " + counts.from);
+    if (!counts.refused.empty()) PrintLine("  refused", counts.refused);
     if (counts.otherLines != 0)
         PrintLine("  skipped",
                   Counted(counts.otherLines, "line that is no sentence", "lines that are no sentence"));
+    if (gate) PrintGate(*gate);
 }
 
 void PrintRecording(const LiveRecording& recording, const RecordSettings& settings) {
@@ -56,7 +57,7 @@ void PrintRecording(const LiveRecording& recording, const RecordSettings& settin
 
 void PrintSavedTrack(const SavedTrack& track) {
     PrintLine("Saved", track.file.string());
-    PrintLine("  name", track.name);
+    PrintLine("  name", ToUtf8(track.name));
     PrintLine("  points", std::to_string(track.pointsReadBack));
     PrintLine("  length", DistanceText(track.length));
     PrintLine("  start", UtcText(track.start));

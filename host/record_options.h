@@ -1,0 +1,33 @@
+// What `qtrace record` is asked for on its command line.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "host/gate.h"
+#include "host/host_settings.h"
+
+namespace host {
+
+struct RecordArguments {
+    std::string file;                 // NMEA 0183: a log, a device, or "-"
+    std::optional<int> baud;          // of the device
+    std::optional<std::string> gpsd;  // the daemon's address; may be empty
+    std::string gpx;                  // a document to replay
+    std::optional<double> speed;      // of a replay; none: as fast as it goes
+
+    std::optional<GateSettings> gate;
+    int writeAfter = 10;  // [s] that a point of a live source may wait to be written
+
+    bool noSave = false;
+    bool startNew = false;
+    std::string saveAs;  // UTF-8; empty: the time
+};
+
+// `arguments` are filled when the command line is parsed; what is missing or excludes each other ends the
+// parsing. `settings`: the settings of the recording, as the configuration file and then the options say.
+void AddRecordOptions(CLI::App& command, RecordArguments& arguments, RecordSettings& settings);
+
+}  // namespace host

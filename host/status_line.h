@@ -1,0 +1,39 @@
+// Shows how the recording goes on standard error: on a terminal one line that is written over, elsewhere a line
+// a minute while a receiver is at work, and nothing for files. What it says: host/status.h.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+
+#include "host/status.h"
+
+namespace host {
+
+class StatusLine {
+ public:
+    // `command`: who speaks, in front of what is said.
+    explicit StatusLine(std::string command);
+    ~StatusLine();  // clears the line
+    StatusLine(const StatusLine&) = delete;
+    StatusLine& operator=(const StatusLine&) = delete;
+
+    // Cheap to call for every fix: `status` is asked for ten times a second at most.
+    void Show(bool isLive, const std::function<Status()>& status);
+
+    void Say(const std::string& message);  // what goes wrong: "qtrace record: MESSAGE", for good
+
+    void Clear();
+
+ private:
+    using Clock = std::chrono::steady_clock;
+
+    void Draw(const std::string& text);
+
+    std::string m_command;
+    bool m_isTerminal;
+    bool m_isDrawn = false;
+    Clock::time_point m_begin, m_next;
+};
+
+}  // namespace host
