@@ -15,7 +15,6 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-constexpr std::int64_t kCapacity = 10000;  // points that the library's recording holds
 constexpr auto kLoadingTakesAtMost = std::chrono::seconds(120);
 
 // The library's callbacks are plain functions, so what they need lies here.
@@ -171,7 +170,7 @@ std::int64_t LiveRecording::WritingPlace() const {
 void LiveRecording::CountAdded() {
     const std::int64_t place = WritingPlace();
     const std::int64_t added = place - m_writingPlace;
-    m_pointsAdded += static_cast<std::uint64_t>(added < 0 ? added + kCapacity : added);
+    m_pointsAdded += static_cast<std::uint64_t>(added < 0 ? added + std::int64_t{kCapacity} : added);
     m_writingPlace = place;
 }
 

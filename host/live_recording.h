@@ -68,6 +68,8 @@ class LiveRecording {
     bool WasFull() const;     // it took no more points, since it must not overwrite
 
  private:
+    static constexpr std::uint64_t kCapacity = 10000;  // points that the library's recording holds
+
     bool WaitUntilLoaded(StopSignals& stop) const;
     bool FilesAreOpen() const;
     std::int64_t WritingPlace() const;

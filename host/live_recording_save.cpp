@@ -42,14 +42,15 @@ std::variant<SavedTrack, LiveRecording::Problem> LiveRecording::Save(const std::
     track.SetColor(m_color);
     track.Calculate(true);
     if (!m_manager.AddTrack(track)) return WhyNotSaved();
-    const auto file = FileOf(m_device, m_manager.GetTrack(track.GetName())->GetTrackPath());
+    const unsigned long place = m_manager.GetCnt() - 1;  // not by its name: a file that is missing has none
+    const auto file = FileOf(m_device, m_manager.GetTrack(place)->GetTrackPath());
     const auto saved = ReadSavedTrack(m_device, file);
     const auto bad = WhyBad(saved, track.GetPtCount());
     if (!bad) {
         m_knownFiles.insert(file);
         return *saved;
     }
-    m_manager.DelTrack(track.GetName());
+    m_manager.DelTrack(place);
     return file.string() + ": " + *bad + " (" + WhyNothingIsWritten(file.parent_path()) + ')';
 }
 
@@ -68,7 +69,9 @@ std::optional<LiveRecording::Problem> LiveRecording::Clear() {
     return RingFileOf(m_device).string() + " cannot be cleared: " + WhyNothingIsWritten(m_device.Recording());
 }
 
+// Most fixes need not ask the file.
 bool LiveRecording::WouldOverwrite(std::uint64_t points) const {
+    if (Points() + points < kCapacity) return false;
     return m_manager.GetLogTrack()->IsNeedSaveAllTmpTrk(static_cast<int>(points));
 }
 

@@ -28,6 +28,7 @@ sigset_t StopSet() {
 }  // namespace
 
 StopSignals::StopSignals() {
+    std::signal(SIGPIPE, SIG_IGN);
     const sigset_t set = StopSet();
     pthread_sigmask(SIG_BLOCK, &set, &m_before);
     m_signals = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);

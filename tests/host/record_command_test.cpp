@@ -15,21 +15,6 @@ using RecordCommand = Recorder;
 
 std::string SampleFile() { return (fs::path(QTRACE_SAMPLES) / "drive.nmea").string(); }
 
-std::string Digits(int value, std::size_t width) {
-    const std::string digits = std::to_string(value);
-    return std::string(width - digits.size(), '0') + digits;
-}
-
-// `count` fixes, one a second from midnight on, each some metres from the last and aside of the line.
-std::string Drive(int count) {
-    std::string log;
-    for (int i = 0; i < count; ++i)
-        log += NmeaLine("GPRMC," + Digits(i / 3600, 2) + Digits(i / 60 % 60, 2) + Digits(i % 60, 2) + ",A,52" +
-                        Digits(i / 500, 2) + '.' + Digits(i % 500 * 20, 4) + ",N,00454." +
-                        (i % 2 == 0 ? "10" : "13") + "00,E,9.0,0.0,030414,,,A");
-    return log;
-}
-
 TEST_F(RecordCommand, SampleDrive_IsRecordedFixByFix) {
     const ProcessResult run = Record({SampleFile()});
     ASSERT_EQ(run.exitCode, 0) << run.err;

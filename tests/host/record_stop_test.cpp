@@ -26,7 +26,7 @@ class RecordStop : public Recorder, public ::testing::WithParamInterface<int> {
 
 // The signals with which terminals and service managers stop a program.
 TEST_P(RecordStop, Signal_SavesWhatWasRecorded) {
-    Process recorder(Command({"-"}));
+    Process recorder(Command({"-", "--write-after", "3600"}));
     FeedBeginning(recorder, 150'000);
     recorder.Send(GetParam());
     const ProcessResult run = recorder.Wait();
@@ -41,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(Signals, RecordStop, ::testing::Values(SIGINT, SIGTERM,
                          [](const auto& signal) { return "Signal" + std::to_string(signal.param); });
 
 TEST_F(RecordStop, SignalBeforeAnyFix_IsNoFailure) {
-    Process recorder(Command({"-"}));
+    Process recorder(Command({"-", "--write-after", "3600"}));
     ASSERT_TRUE(Eventually([&] { return std::filesystem::exists(PointFile()); }));
     recorder.Send(SIGTERM);
     EXPECT_EQ(recorder.Wait().exitCode, 0);
@@ -52,7 +52,7 @@ TEST_F(RecordStop, Killed_LeavesEveryWrittenPointToTheNextRun) {
     const std::string drive = SampleDrive();
     const std::size_t half = drive.find("\r\n", drive.size() / 2) + 2;
     {
-        Process recorder(Command({"-"}));
+        Process recorder(Command({"-", "--write-after", "3600"}));
         FeedBeginning(recorder, half);
         recorder.Send(SIGKILL);
         EXPECT_EQ(recorder.Wait().signal, SIGKILL);
@@ -82,7 +82,7 @@ TEST_F(RecordStop, KilledAgainAndAgain_NeverLosesAPoint) {
         const std::vector<TckPt> points = PointsEachSecond(FixesIn(nmea));
         const std::vector<TckPt> batches = Slice(points, 0, points.size() / 60 * 60);  // written 60 at a time
         written.insert(written.end(), batches.begin(), batches.end());
-        Process recorder(Command({"-"}));
+        Process recorder(Command({"-", "--write-after", "3600"}));
         ASSERT_TRUE(recorder.Write(nmea));
         ASSERT_TRUE(Eventually([&] { return Ring().points.size() == written.size(); })) << Ring().points.size();
         recorder.Send(SIGKILL);

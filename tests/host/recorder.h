@@ -13,6 +13,7 @@
 
 #include "host/nmea_reader.h"
 #include "tests/support/device.h"
+#include "tests/support/nmea.h"
 #include "tests/support/process.h"
 #include "tests/support/ring_file.h"
 
@@ -27,6 +28,12 @@ class Recorder : public ::testing::Test {
     }
     ProcessResult Record(std::vector<std::string> arguments, const ProcessOptions& options = {}) const {
         return RunProcess(Command(std::move(arguments)), options);
+    }
+    // `qtrace save`.
+    ProcessResult Save(std::vector<std::string> arguments, const ProcessOptions& options = {}) const {
+        std::vector<std::string> command = {QTRACE_PROGRAM, "save", "--device", m_device.string()};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return RunProcess(command, options);
     }
     // Writes an NMEA log and returns its path.
     std::string Log(const std::string& bytes) const {
@@ -72,6 +79,21 @@ inline std::vector<TckPt> FixesIn(const std::string& nmea) {
     reader.Push(nmea);
     reader.Finish();
     return fixes;
+}
+
+inline std::string Digits(int value, std::size_t width) {
+    const std::string digits = std::to_string(value);
+    return std::string(width - digits.size(), '0') + digits;
+}
+
+// `count` fixes, one a second from midnight on, each some metres from the last and aside of the line.
+inline std::string Drive(int count) {
+    std::string log;
+    for (int i = 0; i < count; ++i)
+        log += NmeaLine("GPRMC," + Digits(i / 3600, 2) + Digits(i / 60 % 60, 2) + Digits(i % 60, 2) + ",A,52" +
+                        Digits(i / 500, 2) + '.' + Digits(i % 500 * 20, 4) + ",N,00454." +
+                        (i % 2 == 0 ? "10" : "13") + "00,E,9.0,0.0,030414,,,A");
+    return log;
 }
 
 inline std::string SampleDrive() { return ReadFile(std::filesystem::path(QTRACE_SAMPLES) / "drive.nmea"); }

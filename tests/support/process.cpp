@@ -4,6 +4,7 @@
 #include <grp.h>
 #include <signal.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -27,12 +28,15 @@ struct Terminal {
     int ours = -1, childs = -1;
 };
 
-Terminal OpenTerminal() {
+Terminal OpenTerminal(unsigned short columns) {
     Terminal terminal;
     terminal.ours = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
     if (terminal.ours < 0 || grantpt(terminal.ours) != 0 || unlockpt(terminal.ours) != 0)
         throw std::runtime_error("no terminal");
     terminal.childs = open(ptsname(terminal.ours), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    winsize size{};
+    size.ws_col = columns;
+    if (ioctl(terminal.childs, TIOCSWINSZ, &size) != 0) throw std::runtime_error("no terminal");
     return terminal;
 }
 
@@ -62,7 +66,7 @@ Process::Process(const std::vector<std::string>& command, const ProcessOptions& 
     if (m_out == nullptr || m_err == nullptr) throw std::runtime_error("no temporary file");
     ::signal(SIGPIPE, SIG_IGN);  // a child that ends early shows as a failed Write
     const auto [childsInput, input] = Pipe();
-    const Terminal terminal = options.onTerminal ? OpenTerminal() : Terminal{};
+    const Terminal terminal = options.onTerminal ? OpenTerminal(options.terminalColumns) : Terminal{};
     m_input = input;
     m_terminal = terminal.ours;
     m_pid = fork();
@@ -115,6 +119,14 @@ void Process::CloseInput() {
 
 void Process::Send(int signal) const {
     if (m_pid > 0) kill(m_pid, signal);
+}
+
+std::string Process::ErrorsSoFar() {
+    DrainTerminal();
+    if (m_terminal >= 0) return m_onTerminal;
+    std::string errors(4096, '\0');
+    const ssize_t count = pread(fileno(m_err), errors.data(), errors.size(), 0);
+    return errors.substr(0, static_cast<std::size_t>(count < 0 ? 0 : count));
 }
 
 void Process::DrainTerminal() {

@@ -15,6 +15,7 @@ struct ProcessOptions {
     bool asNobody = false;                           // without root's rights, where the test runs with them
     long fileSizeLimit = -1;                         // [bytes] no file grows beyond it; -1: no limit
     bool onTerminal = false;                         // standard error is a terminal
+    unsigned short terminalColumns = 0;              // its width; 0: it does not tell
 };
 
 struct ProcessResult {
@@ -35,6 +36,8 @@ class Process {
     bool Write(std::string_view bytes);
     void CloseInput();
     void Send(int signal) const;
+    pid_t Id() const { return m_pid; }  // -1 once it has ended
+    std::string ErrorsSoFar();          // what it has said on standard error, or on its terminal
 
     // Closes the input and waits for the end; a child that takes longer is killed, which shows in the result.
     ProcessResult Wait(std::chrono::seconds atMost = std::chrono::seconds(60));

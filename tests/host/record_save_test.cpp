@@ -1,0 +1,189 @@
+// The track that a recording becomes: its name, a new recording, `qtrace save`, and one recorder at a time.
+#include <csignal>
+
+#include <gtest/gtest.h>
+
+#include "tests/host/recorder.h"
+#include "tests/support/gpx_points.h"
+
+namespace fs = std::filesystem;
+
+namespace host {
+namespace {
+
+class RecordSave : public Recorder {
+ protected:
+    std::vector<std::string> SavedNames() const {
+        std::vector<std::string> names;
+        for (const fs::path& file : SavedTracks()) names.push_back(file.stem().string());
+        return names;
+    }
+};
+
+using Names = std::vector<std::string>;
+
+TEST_F(RecordSave, SaveAs_NamesTheTrack) {
+    const ProcessResult run = Record({Log(Drive(50)), "--save-as", "Über den Berg"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(SavedNames(), Names{"Über den Berg"});
+    EXPECT_EQ(SummaryLine(run.out, "  name"), "Über den Berg");
+}
+
+TEST_F(RecordSave, NameThatExists_GetsANumberAndOverwritesNothing) {
+    const std::string drive = Drive(90);
+    ASSERT_EQ(Record({Log(drive.substr(0, drive.size() / 2)), "--save-as", "trip"}).exitCode, 0);
+    const std::string first = ReadFile(SavedTracks()[0]);
+    ASSERT_EQ(Record({Log(drive.substr(drive.size() / 2)), "--save-as", "TRIP"}).exitCode, 0);
+    EXPECT_EQ(SavedNames(), (Names{"TRIP_2", "trip"}));
+    EXPECT_EQ(ReadFile(SavedTracks()[1]), first);
+}
+
+TEST_F(RecordSave, UnreadableFileOfThatName_IsNotOverwritten) {
+    fs::create_directories(m_device / "UserData" / "Track");
+    WriteFile(m_device / "UserData" / "Track" / "trip.gpx", "no document");
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "trip"}).exitCode, 0);
+    EXPECT_EQ(SavedNames(), (Names{"trip", "trip_2"}));
+    EXPECT_EQ(ReadFile(SavedTracks()[0]), "no document");
+}
+
+TEST_F(RecordSave, NameThatIsChanged_IsTold) {
+    const ProcessResult run = Record({Log(Drive(50)), "--save-as", "a/b with more than thirty-two bytes"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.err.find("a_b with more than thirty-two by"), std::string::npos) << run.err;
+    EXPECT_EQ(SavedNames(), Names{"a_b with more than thirty-two by"});
+}
+
+TEST_F(RecordSave, NameOfNothing_IsWrongUsage) {
+    EXPECT_EQ(Record({Log(Drive(50)), "--save-as", "   "}).exitCode, 2);
+    EXPECT_FALSE(fs::exists(m_device));
+}
+
+TEST_F(RecordSave, New_SavesTheOldRecordingAndBeginsAnother) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const ProcessResult run = Record({Log(Drive(30)), "--new", "--save-as", "second"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.err.find("49 points, is saved as"), std::string::npos) << run.err;
+    EXPECT_EQ(Ring().points.size(), 29u);
+    ASSERT_EQ(SavedTracks().size(), 2u);
+    EXPECT_EQ(GpxPointsOf(SavedTracks()[0]).back().time, "2014-04-03T00:00:48Z");
+    EXPECT_EQ(GpxPointsOf(SavedTracks()[1]).back().time, "2014-04-03T00:00:28Z");
+}
+
+TEST_F(RecordSave, NewWithoutSave_DropsTheOldRecording) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    ASSERT_EQ(Record({Log(Drive(30)), "--new", "--no-save"}).exitCode, 0);
+    EXPECT_EQ(Ring().points.size(), 29u);
+    EXPECT_TRUE(SavedTracks().empty());
+}
+
+TEST_F(RecordSave, NewThatCannotSave_LeavesTheOldRecording) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const std::string before = ReadFile(PointFile());
+    ProcessOptions options;
+    options.fileSizeLimit = static_cast<long>(before.size()) / 2;
+    const ProcessResult run = Record({Log(Drive(30)), "--new"}, options);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("no new recording is begun"), std::string::npos) << run.err;
+    EXPECT_EQ(ReadFile(PointFile()), before);
+}
+
+TEST_F(RecordSave, SaveCommand_SavesWhatIsThere) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const ProcessResult run = Save({"--as", "later"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(SavedNames(), Names{"later"});
+    EXPECT_EQ(SummaryLine(run.out, "Saved"), SavedTracks()[0].string());
+    EXPECT_EQ(GpxPointsOf(SavedTracks()[0]).back().time, "2014-04-03T00:00:48Z");
+    EXPECT_EQ(Ring().points.size(), 49u);
+}
+
+TEST_F(RecordSave, SaveCommandClearing_LeavesAnEmptyRecording) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    EXPECT_EQ(Save({"--clear"}).exitCode, 0);
+    EXPECT_EQ(SavedTracks().size(), 1u);
+    EXPECT_EQ(ReadFile(PointFile()), std::string(4, '\0'));
+    EXPECT_EQ(Save({}).exitCode, 1);  // there is nothing left to save
+    EXPECT_EQ(SavedTracks().size(), 1u);
+}
+
+TEST_F(RecordSave, SaveCommandThatFails_ClearsNothing) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const std::string before = ReadFile(PointFile());
+    ProcessOptions options;
+    options.fileSizeLimit = 500;
+    const ProcessResult run = Save({"--clear"}, options);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("the recording itself is kept"), std::string::npos) << run.err;
+    EXPECT_EQ(ReadFile(PointFile()), before);
+    EXPECT_TRUE(SavedTracks().empty());
+}
+
+TEST_F(RecordSave, SaveCommandWithoutRecording_MakesNoFolder) {
+    const ProcessResult run = Save({});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("there is no recording in"), std::string::npos) << run.err;
+    EXPECT_FALSE(fs::exists(m_device));
+}
+
+TEST_F(RecordSave, SaveCommandWronglyUsed_IsCode2) {
+    EXPECT_EQ(Save({"--as"}).exitCode, 2);
+    EXPECT_EQ(Save({"somewhere"}).exitCode, 2);
+}
+
+TEST_F(RecordSave, SaveCommandToAFullOutput_IsAFailure) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const std::string save = std::string(QTRACE_PROGRAM) + " save --device '" + m_device.string() + "'";
+    EXPECT_EQ(RunProcess({"sh", "-c", save + " >/dev/full"}).exitCode, 1);
+    EXPECT_EQ(SavedTracks().size(), 1u);
+}
+
+TEST_F(RecordSave, BrokenPipe_StillSaves) {
+    const std::string record =
+        std::string(QTRACE_PROGRAM) + " record '" + Log(Drive(50)) + "' --device '" + m_device.string() + "'";
+    RunProcess({"sh", "-c", record + " | true"});
+    EXPECT_TRUE(Eventually([&] { return Ring().points.size() == 49; }));
+    EXPECT_TRUE(Eventually([&] { return SavedTracks().size() == 1; }));
+}
+
+class OneRecorder : public Recorder {
+ protected:
+    void SetUp() override {
+        m_recorder.emplace(Command({"-", "--write-after", "3600"}));
+        ASSERT_TRUE(m_recorder->Write(Drive(61)));
+        ASSERT_TRUE(Eventually([&] { return Ring().points.size() == 60; }));
+    }
+    std::string Holder() const { return "process " + std::to_string(m_recorder->Id()) + " is recording"; }
+
+    std::optional<Process> m_recorder;
+};
+
+TEST_F(OneRecorder, Second_IsRefusedWithTheFirstOnesNumber) {
+    const ProcessResult second = Record({Log(Drive(30))});
+    EXPECT_EQ(second.exitCode, 1);
+    EXPECT_NE(second.err.find(Holder()), std::string::npos) << second.err;
+    EXPECT_EQ(Ring().points.size(), 60u);
+}
+
+TEST_F(OneRecorder, Save_IsRefusedMeanwhile) {
+    const ProcessResult save = Save({});
+    EXPECT_EQ(save.exitCode, 1);
+    EXPECT_NE(save.err.find(Holder()), std::string::npos) << save.err;
+    EXPECT_TRUE(SavedTracks().empty());
+}
+
+TEST_F(OneRecorder, Killed_MakesRoomForTheNext) {
+    m_recorder->Send(SIGKILL);
+    m_recorder->Wait();
+    EXPECT_EQ(Record({Log(Drive(30)), "--no-save"}).exitCode, 0);
+}
+
+TEST_F(Recorder, LockThatCannotBeMade_IsNamedWithTheReason) {
+    fs::create_directories(m_device / "App" / "recorder.lock");
+    const ProcessResult run = Record({Log(Drive(30))});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("recorder.lock cannot be opened: "), std::string::npos) << run.err;
+}
+
+}  // namespace
+}  // namespace host
