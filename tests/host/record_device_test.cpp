@@ -97,6 +97,7 @@ TEST_F(RecordDevice, Baud_SetsTheSpeedOfTheLine) {
     ASSERT_TRUE(Eventually([&] { return line.IsRaw(); }));
     const termios meanwhile = line.Settings();
     EXPECT_EQ(cfgetospeed(&meanwhile), static_cast<speed_t>(B9600));
+    ASSERT_TRUE(Eventually([&] { return WaitsForSignals(recorder.Id()); }));
     EXPECT_EQ(StopAndWait(recorder).exitCode, 0);
 }
 
@@ -145,6 +146,7 @@ TEST_F(RecordDevice, NotThereAtTheStart_IsWaitedFor) {
 TEST_F(RecordDevice, StopWhileWaiting_EndsCleanly) {
     Process recorder(Command({"--nmea", "/dev/qtrace-no-such-device"}));
     EXPECT_TRUE(Eventually([&] { return recorder.ErrorsSoFar().find("waiting for it") != std::string::npos; }));
+    ASSERT_TRUE(Eventually([&] { return WaitsForSignals(recorder.Id()); }));
     const ProcessResult run = StopAndWait(recorder);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.signal, 0);

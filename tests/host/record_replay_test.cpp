@@ -66,8 +66,9 @@ TEST_F(RecordReplay, SavedTrack_CanBeReplayed) {
     EXPECT_EQ(Ring().points.size(), before.size() - 1);
 }
 
+// Only those at the beginning have none; the others have that of the point before.
 TEST_F(RecordReplay, PointsWithoutTime_AreCounted) {
-    const ProcessResult run = Record({"--gpx", Document(Point(0) + Point(1, false) + Point(2) + Point(3))});
+    const ProcessResult run = Record({"--gpx", Document(Point(0, false) + Point(1) + Point(2) + Point(3))});
     EXPECT_EQ(run.exitCode, 0) << run.err;
     EXPECT_EQ(SummaryLine(run.out, "  refused"), "1 without time");
     EXPECT_EQ(Ring().points.size(), 2u);

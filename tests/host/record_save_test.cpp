@@ -150,7 +150,7 @@ class OneRecorder : public Recorder {
  protected:
     void SetUp() override {
         m_recorder.emplace(Command({"-", "--write-after", "3600"}));
-        ASSERT_TRUE(m_recorder->Write(Drive(61)));
+        ASSERT_TRUE(m_recorder->Write(Drive(62)));
         ASSERT_TRUE(Eventually([&] { return Ring().points.size() == 60; }));
     }
     std::string Holder() const { return "process " + std::to_string(m_recorder->Id()) + " is recording"; }

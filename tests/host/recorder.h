@@ -4,7 +4,9 @@
 #include <algorithm>
 #include <charconv>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -105,6 +107,18 @@ bool Eventually(Condition holds) {
     while (!holds() && std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
     return holds();
+}
+
+// Whether SIGTERM does not end the program any more, but is waited for.
+inline bool WaitsForSignals(pid_t program) {
+    std::ifstream status("/proc/" + std::to_string(program) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        std::uint64_t blocked = 0;
+        if (!line.starts_with("SigBlk:\t")) continue;
+        std::from_chars(line.data() + 8, line.data() + line.size(), blocked, 16);
+        return (blocked >> (SIGTERM - 1) & 1) != 0;
+    }
+    return false;
 }
 
 // What the receiver measured: all but the check sequence that the recording adds.
