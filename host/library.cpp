@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "host/free_name.h"
 #include "host/text.h"
-#include "host/track_name.h"
 
 namespace host {
 namespace {
@@ -34,34 +34,22 @@ CTrackProxy* Library::Find(const std::string& name) const {
     return file.extension() == ".gpx" ? m_manager.GetTrackByFile(file.stem().string()) : nullptr;
 }
 
-bool Library::IsTaken(const std::string& name) const {
-    // A file that cannot be read is not listed, and must not be written over.
-    std::error_code unreadable;
-    const std::string file = ToUtf8(name) + ".gpx";
-    return Find(name) != nullptr || std::filesystem::exists(m_device.Tracks() / file, unreadable) ||
-           std::filesystem::exists(m_device.CardTracks() / file, unreadable);
-}
-
 std::string Library::FreeName(const std::string& name) const {
-    std::string free = name;
-    for (int number = 2; IsTaken(free); ++number) {
-        const std::string suffix = '_' + std::to_string(number);
-        free = CutName(name, kLongestName - suffix.size()) + suffix;
-    }
-    return free;
+    return FreeTrackName(m_manager, m_device, name);
 }
 
 std::optional<std::string> Library::Store(CTrack& track) const {
     if (const auto problem = m_device.Prepare()) return problem;
     track.Calculate(true);
     if (!m_manager.AddTrack(track)) return WhyNotStored();
-    if (ReadsBack(track.GetName(), track.GetPtCount())) return std::nullopt;
-    m_manager.DelTrack(track.GetName());
+    const unsigned long place = m_manager.GetCnt() - 1;  // not by its name: a file that is missing has none
+    if (ReadsBack(*m_manager.GetTrack(place), track.GetPtCount())) return std::nullopt;
+    m_manager.DelTrack(place);
     return WhyNotStored();
 }
 
-bool Library::ReadsBack(const std::string& name, std::size_t points) const {
-    CTrackProxy onDisk(m_manager.GetTrack(name)->GetTrackPath());
+bool Library::ReadsBack(CTrackProxy& stored, std::size_t points) const {
+    CTrackProxy onDisk(stored.GetTrackPath());
     Points readBack;
     if (onDisk.Load(nullptr)) onDisk.GetPtList(readBack);
     return readBack.size() == points;

@@ -40,8 +40,7 @@ class Library {
     std::filesystem::path FileOf(CTrackProxy& track) const;  // on this machine
 
  private:
-    bool IsTaken(const std::string& name) const;
-    bool ReadsBack(const std::string& name, std::size_t points) const;
+    bool ReadsBack(CTrackProxy& stored, std::size_t points) const;
     std::string WhyNotStored() const;
 
     DeviceFolder m_device;
