@@ -33,7 +33,6 @@ class GpsdConnection {
     // Waits for the connection, or then for the next report of any kind.
     Got Read(StopSignals& stop, std::chrono::milliseconds atMost);
 
-    bool IsOpen() const { return m_isOpen; }
     const gps_data_t& Data() const;                           // behind Report; Data().set says what came
     const std::string& Problem() const { return m_problem; }  // behind Lost
 

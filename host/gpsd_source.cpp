@@ -39,7 +39,6 @@ GpsdSource::GpsdSource(GpsdAddress address, Say say)
 
 FixSource::Got GpsdSource::Next(StopSignals& stop, milliseconds atMost, Fix& fix) {
     if (!m_connection) return WaitToConnect(stop, atMost);
-    const bool wasOpen = m_connection->IsOpen();
     switch (m_connection->Read(stop, atMost)) {
         case GpsdConnection::Got::Stopped:
             return Got::Stopped;
@@ -48,7 +47,6 @@ FixSource::Got GpsdSource::Next(StopSignals& stop, milliseconds atMost, Fix& fix
         case GpsdConnection::Got::Report:
             return Take(m_connection->Data(), fix);
         default:
-            if (!wasOpen && m_connection->IsOpen()) Welcome();
             return Got::Nothing;
     }
 }
@@ -69,12 +67,10 @@ FixSource::Got GpsdSource::Lose() {
     return Got::Nothing;
 }
 
-void GpsdSource::Welcome() {
-    if (std::exchange(m_isMissed, false)) m_say(m_name + " is back");
-}
-
 FixSource::Got GpsdSource::Take(const gps_data_t& data, Fix& fix) {
-    m_backOff.Reset();  // it speaks: one that only takes the call and hangs up is not called all the time
+    // Only a report shows that it is back: something may take the call and hang up at once.
+    if (std::exchange(m_isMissed, false)) m_say(m_name + " is back");
+    m_backOff.Reset();
     if ((data.set & SATELLITE_SET) != 0 && std::isfinite(data.dop.hdop)) m_hdop = data.dop.hdop;
     if ((data.set & MODE_SET) == 0) return Got::Nothing;
     ++m_reports;

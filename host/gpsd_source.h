@@ -23,7 +23,6 @@ class GpsdSource : public FixSource {
  private:
     Got WaitToConnect(StopSignals& stop, std::chrono::milliseconds atMost);
     Got Lose();
-    void Welcome();
     Got Take(const gps_data_t& data, Fix& fix);
 
     GpsdAddress m_address;

@@ -1,5 +1,6 @@
 // `qtrace record` from the real GPS daemon, fed with recorded logs by the daemon's own test tool.
 #include <netinet/in.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -19,18 +20,36 @@ namespace fs = std::filesystem;
 namespace host {
 namespace {
 
-// A port that is free now.
-int FreePort() {
-    const int probe = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* const any = reinterpret_cast<sockaddr*>(&address);
-    const bool isBound = probe >= 0 && bind(probe, any, size) == 0 && getsockname(probe, any, &size) == 0;
-    close(probe);
-    return isBound ? ntohs(address.sin_port) : -1;
-}
+// A port of this machine that was free when it was taken.
+class Port {
+ public:
+    Port() : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* const any = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_EQ(bind(m_socket, any, size), 0);
+        EXPECT_EQ(getsockname(m_socket, any, &size), 0);
+        m_number = ntohs(address.sin_port);
+    }
+    ~Port() { close(m_socket); }
+    Port(const Port&) = delete;
+    Port& operator=(const Port&) = delete;
+    int Number() const { return m_number; }
+
+    void Listen() const { EXPECT_EQ(listen(m_socket, 8), 0); }
+    // Takes a call, and ends it. False when there was none in time.
+    bool HangUpOnce() const {
+        pollfd waiting{m_socket, POLLIN, 0};
+        if (poll(&waiting, 1, 10'000) != 1) return false;
+        return close(accept(m_socket, nullptr, nullptr)) == 0;
+    }
+
+ private:
+    int m_socket;
+    int m_number = 0;
+};
 
 bool IsInstalled(const std::string& program) {
     return RunProcess({"sh", "-c", "command -v " + program}).exitCode == 0;
@@ -69,7 +88,7 @@ class RecordGpsd : public Recorder {
  protected:
     void SetUp() override {
         if (!IsInstalled("gpsfake") || !IsInstalled("gpsd")) GTEST_SKIP() << "gpsd is not installed";
-        m_port = FreePort();
+        m_port = Port().Number();
     }
     std::vector<std::string> FromDaemon(std::vector<std::string> more = {}) const {
         std::vector<std::string> arguments = {"--gpsd", "localhost:" + std::to_string(m_port), "--write-after",
@@ -180,6 +199,18 @@ TEST_F(RecordGpsd, NoDaemon_IsWaitedForAndToldOnce) {
     const ProcessResult run = StopAndWait(recorder);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err.find("waiting for it"), run.err.rfind("waiting for it")) << run.err;
+}
+
+TEST_F(RecordGpsd, ServerThatHangsUp_IsToldOnce) {
+    const Port port;
+    port.Listen();
+    m_port = port.Number();
+    Process recorder(FromDaemon());
+    for (int call = 0; call < 3; ++call) EXPECT_TRUE(port.HangUpOnce());
+    EXPECT_TRUE(Eventually([&] { return recorder.ErrorsSoFar().find("it hung up") != std::string::npos; }));
+    const ProcessResult run = StopAndWait(recorder);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
 }
 
 TEST(GpsdAddress, Parts_AreFilledUp) {
