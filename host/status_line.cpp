@@ -9,16 +9,16 @@ namespace host {
 namespace {
 
 constexpr auto kPause = std::chrono::milliseconds(100);
-constexpr auto kPauseOfPlainLines = std::chrono::minutes(1);
 constexpr const char* kLineStart = "\r\x1b[K";  // to the first column, clear to the end
 
 }  // namespace
 
-StatusLine::StatusLine(std::string command)
+StatusLine::StatusLine(std::string command, std::chrono::milliseconds plainPause)
     : m_command(std::move(command)),
       m_isTerminal(IsTerminalForMessages()),
+      m_pause(m_isTerminal ? kPause : plainPause),
       m_begin(Clock::now()),
-      m_next(m_isTerminal ? m_begin : m_begin + kPauseOfPlainLines) {}
+      m_next(m_isTerminal ? m_begin : m_begin + plainPause) {}
 
 StatusLine::~StatusLine() { Clear(); }
 
@@ -35,7 +35,7 @@ void StatusLine::Show(bool isLive, const std::function<Status()>& status) {
         Draw(text);
     else
         std::cerr << text + '\n';
-    m_next = now + (m_isTerminal ? Clock::duration(kPause) : Clock::duration(kPauseOfPlainLines));
+    m_next = now + m_pause;
 }
 
 // The last column stays free: some terminals wrap as soon as it is filled.

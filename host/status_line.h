@@ -12,8 +12,8 @@ namespace host {
 
 class StatusLine {
  public:
-    // `command`: who speaks, in front of what is said.
-    explicit StatusLine(std::string command);
+    // `command`: who speaks, in front of what is said. `plainPause`: between lines where there is no terminal.
+    explicit StatusLine(std::string command, std::chrono::milliseconds plainPause = std::chrono::minutes(1));
     ~StatusLine();  // clears the line
     StatusLine(const StatusLine&) = delete;
     StatusLine& operator=(const StatusLine&) = delete;
@@ -32,6 +32,7 @@ class StatusLine {
 
     std::string m_command;
     bool m_isTerminal;
+    std::chrono::milliseconds m_pause;
     bool m_isDrawn = false;
     Clock::time_point m_begin, m_next;
 };
