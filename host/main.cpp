@@ -52,6 +52,7 @@ int Run(int argc, char** argv) {
     host::AddRecordCommand(program);
     host::AddSaveCommand(program);
     host::AddListCommand(program);
+    host::AddMapCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);
     try {

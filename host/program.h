@@ -25,6 +25,7 @@ int Fail(const std::string& command, const std::string& message);
 void AddRecordCommand(Program& program);
 void AddSaveCommand(Program& program);
 void AddListCommand(Program& program);
+void AddMapCommand(Program& program);
 void AddHelpCommand(Program& program);
 
 // Commands that no help shows: the manual page and the completion are made with them.

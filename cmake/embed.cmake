@@ -1,0 +1,45 @@
+# Turns the page's sources and Leaflet into one C++ file of constants: cmake -DOUT=FILE.cpp -DWEB=FOLDER
+# -DLEAFLET=FOLDER -P embed.cmake. A page made of them asks no other machine for anything.
+set(script_files format colors track graticule map profile list live app)
+set(delimiter "qtrace-web")
+
+function(read_checked file result)
+  file(READ ${file} text)
+  # The page holds them between its own tags, and its policy names their hashes: a browser would see other bytes.
+  string(TOLOWER "${text}" lower)
+  foreach(forbidden "</script" "</style" "<!--" "\r" ")${delimiter}\"")
+    string(FIND "${lower}" "${forbidden}" at)
+    if(NOT at EQUAL -1)
+      message(FATAL_ERROR "${file} holds ${forbidden} and cannot stand in the page")
+    endif()
+  endforeach()
+  set(${result} "${text}" PARENT_SCOPE)
+endfunction()
+
+# Leaflet names its source map, which is not there, and pictures for controls that the page does not have.
+read_checked(${LEAFLET}/leaflet.min.js script)
+string(REGEX REPLACE "//# sourceMappingURL=[^\n]*" "" script "${script}")
+read_checked(${LEAFLET}/leaflet.css style)
+string(REGEX REPLACE "url\\([^)#]*\\)" "none" style "${style}")
+string(REGEX REPLACE "/\\*# sourceMappingURL=[^*]*\\*/" "" style "${style}")
+
+foreach(name ${script_files})
+  read_checked(${WEB}/${name}.js text)
+  string(APPEND script "\n${text}")
+endforeach()
+read_checked(${WEB}/style.css text)
+string(APPEND style "\n${text}")
+file(READ ${WEB}/page.html page)
+
+string(SHA256 script_hash "${script}")
+string(SHA256 style_hash "${style}")
+set(cpp "// Made by cmake/embed.cmake.\n#include \"host/web_files.h\"\n\nnamespace host {\n\n")
+foreach(name page style script)
+  string(SUBSTRING ${name} 0 1 first)
+  string(TOUPPER ${first} first)
+  string(SUBSTRING ${name} 1 -1 rest)
+  string(APPEND cpp "const std::string_view kWeb${first}${rest} = R\"${delimiter}(${${name}})${delimiter}\";\n")
+endforeach()
+string(APPEND cpp "const std::string_view kWebStyleHash = \"${style_hash}\";\n")
+string(APPEND cpp "const std::string_view kWebScriptHash = \"${script_hash}\";\n\n}  // namespace host\n")
+file(WRITE ${OUT} "${cpp}")
