@@ -53,6 +53,7 @@ int Run(int argc, char** argv) {
     host::AddSaveCommand(program);
     host::AddListCommand(program);
     host::AddMapCommand(program);
+    host::AddServeCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);
     try {

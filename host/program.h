@@ -26,6 +26,7 @@ void AddRecordCommand(Program& program);
 void AddSaveCommand(Program& program);
 void AddListCommand(Program& program);
 void AddMapCommand(Program& program);
+void AddServeCommand(Program& program);
 void AddHelpCommand(Program& program);
 
 // Commands that no help shows: the manual page and the completion are made with them.

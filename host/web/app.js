@@ -22,11 +22,16 @@ function setCursor(index) {
 function drawSelected() {
   const track = selectedTrack();
   profile.track = track;
-  const hasTimes = Boolean(track && track.points && track.points.time);
-  byId('along-time').disabled = !hasTimes;
+  offerTimeline(track);
   drawDetail(track);
   drawProfile(profile);
   setCursor(null);
+}
+
+function offerTimeline(track) {
+  const canShow = Boolean(track) && hasTimeline(track.points);
+  profile.hasTimeline = canShow;
+  byId('along-time').disabled = !canShow;
 }
 
 function choose(id) {
@@ -149,9 +154,9 @@ function afterLivePoints() {
     redrawAt = 0;
     drawTracks();
     if (state.selected !== LIVE_ID) return;
+    offerTimeline(state.live);
     drawDetail(state.live);
     drawProfile(profile);
-    byId('along-time').disabled = !state.live.points.time;
   }, 250);
 }
 

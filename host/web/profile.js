@@ -12,7 +12,7 @@ function svgElement(name, attributes, text) {
 }
 
 function createProfile(element, { onCursor }) {
-  const profile = { element, onCursor, track: null, along: 'dist', cursor: null, frame: null };
+  const profile = { element, onCursor, track: null, along: 'dist', hasTimeline: false, cursor: null, frame: null };
   const at = (event) => pointAt(profile, event.clientX - element.getBoundingClientRect().left);
   element.addEventListener('pointermove', (event) => onCursor(at(event)));
   element.addEventListener('pointerdown', (event) => onCursor(at(event)));
@@ -39,7 +39,8 @@ function onKey(profile, event) {
   profile.onCursor(to === null ? null : Math.min(count - 1, Math.max(0, to)));
 }
 
-const columnAlong = (profile) => profile.track.points[profile.along] || profile.track.points.dist;
+const isAlongTime = (profile) => profile.along === 'time' && profile.hasTimeline;
+const columnAlong = (profile) => profile.track.points[isAlongTime(profile) ? 'time' : 'dist'];
 
 function pointAt(profile, pixel) {
   if (!profile.frame) return null;
@@ -106,7 +107,7 @@ const TIME_STEPS = [1, 5, 10, 30, 60, 120, 300, 600, 1200, 1800, 3600, 7200, 108
 
 function xTicks(profile, most) {
   const { x } = profile.frame;
-  if (profile.along === 'time' && profile.track.points.time) {
+  if (isAlongTime(profile)) {
     const step = TIME_STEPS.find((s) => (x.high - x.low) / s <= most) || TIME_STEPS[TIME_STEPS.length - 1];
     return { name: 'Time UTC', marks: multiples(step, x.low, x.high).map((t) =>
       [t, step >= 86400 ? dayText(t) : clockText(t, step < 60)]) };

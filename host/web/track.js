@@ -27,10 +27,16 @@ function unwrapped(longitudes, previous = null) {
 function appendPoints(points, more) {
   const last = points.lon.length ? points.lon[points.lon.length - 1] : null;
   const columns = { ...more, lon: unwrapped(more.lon, last) };
-  const before = points.lat.length;
+  const before = points.lat.length, added = more.lat.length;
+  const filled = (column, length) => column || Array(length).fill(null);
   points.breaks.push(...more.breaks.map((at) => at + before));
   for (const name of ['lat', 'lon', 'dist', 'ele', 'speed', 'time'])
-    points[name] = points[name] && columns[name] ? points[name].concat(columns[name]) : null;
+    if (points[name] || columns[name]) points[name] = filled(points[name], before).concat(filled(columns[name], added));
+}
+
+// Whether the points can be laid out along their times: all known, and none goes back.
+function hasTimeline(points) {
+  return Boolean(points && points.time) && points.time.every((t, i) => t !== null && (i === 0 || t >= points.time[i - 1]));
 }
 
 const pointCount = (track) => (track && track.points ? track.points.lat.length : 0);
