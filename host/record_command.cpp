@@ -1,14 +1,17 @@
 // `qtrace record`: the fixes of a receiver, of the GPS daemon or of a file become a recording, and the
 // recording a saved track. Its options: record_options.cpp. Reading: record_fixes.cpp. Saving: saving.cpp.
 
+#include <chrono>
 #include <iostream>
 #include <memory>
+#include <variant>
 
 #include "host/open_source.h"
 #include "host/program.h"
 #include "host/record_fixes.h"
 #include "host/record_options.h"
 #include "host/recorder_lock.h"
+#include "host/recording_page.h"
 #include "host/saving.h"
 #include "host/summary.h"
 #include "host/text.h"
@@ -69,6 +72,28 @@ int Conclude(const DeviceFolder& device, LiveRecording& recording, const RecordA
     return result;
 }
 
+using Page = std::unique_ptr<RecordingPage>;
+
+// Null when none is asked for. Otherwise says why there is none.
+std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const HostSettings& settings) {
+    const auto port = ServePort(arguments);
+    if (!port) return Page();
+    auto page = std::make_unique<RecordingPage>(settings);
+    if (const auto problem = page->Start(*port)) return *problem;
+    Tell("the recording is shown at " + page->Url());
+    page->ShowRecording();
+    return page;
+}
+
+// The page outlives its input, so that what was saved can be looked at; a stop ends both.
+void StayOpen(const Page& page, const RecordedInput& read) {
+    if (!page || read.end == FixSource::Got::Stopped) return;
+    std::cout.flush();
+    Tell("the page stays at " + page->Url() + " until Ctrl-C");
+    StopSignals stop;
+    while (stop.Sleep(std::chrono::hours(1))) continue;
+}
+
 int Record(const RecordArguments& arguments, const HostSettings& settings) {
     const auto name = NameToSave("record", arguments.saveAs, settings);
     if (!name) return kWrongUsage;
@@ -86,9 +111,13 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
     LiveRecording recording(device, settings, !arguments.noSave, say);
     if (const auto problem = recording.Open(*stop)) return stop->Requested() ? kDone : Fail(*problem);
     if (const int result = Begin(arguments, recording); result != kDone) return result;
-    recording.Start();
+    const auto served = OpenPage(arguments, settings);
+    if (const auto* problem = std::get_if<std::string>(&served)) return Fail(*problem);
+    const Page& page = std::get<Page>(served);
+    recording.Start(page ? page->Observer() : nullptr);
     const RecordedInput read = RecordFixes(source, recording, arguments, line, *stop);
     recording.Stop();
+    if (page) page->RecordingEnded();
     line.Clear();
     stop.reset();
 
@@ -98,6 +127,7 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
     if (isBroken) Fail(source.Name() + " cannot be read on: " + source.Problem());
     if (recording.PointsAdded() == 0) return NothingRecorded(source, read);
     const int result = Conclude(device, recording, arguments, *name);
+    StayOpen(page, read);
     return isBroken ? kFailed : result;
 }
 
@@ -108,7 +138,8 @@ constexpr const char* kFooter =
     "A receiver or daemon that is not there is waited for, and so is one that goes away.\n"
     "Points go to storage 60 at a time (30 by distance, a minute's worth by time); those of a receiver wait 10 "
     "s\n"
-    "at most, or what --write-after says: a power cut costs no more.";
+    "at most, or what --write-after says: a power cut costs no more.\n"
+    "With --serve the page stays when the input has ended, until Ctrl-C.";
 
 }  // namespace
 

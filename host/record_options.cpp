@@ -4,6 +4,7 @@
 #include <map>
 
 #include "host/choice.h"
+#include "host/page_server.h"
 #include "host/serial_device.h"
 
 namespace host {
@@ -11,6 +12,8 @@ namespace {
 
 const std::map<std::string, EnumRecTrack> kModes = {
     {"time", RecTrackByTime}, {"distance", RecTrackByDist}, {"auto", RecTrackAuto}};
+
+constexpr const char* kFlagAlone = "true";  // what the command line's parser reads from a flag without value
 
 std::optional<double> PositiveNumber(const std::string& text) {
     double value = 0;
@@ -103,6 +106,21 @@ void AddSaving(CLI::App& command, RecordArguments& arguments) {
         ->capture_default_str();
 }
 
+std::string CheckPort(const std::string& text) {
+    unsigned port = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
+    const bool isPort = error == std::errc() && end == text.data() + text.size() && port <= 65535;
+    return isPort || text == kFlagAlone ? "" : text + " is no port";
+}
+
+// The port may stand behind "=" only: behind a blank it would be taken for the file. It is read as text, since
+// a number in a flag counts how often the flag is there.
+void AddPage(CLI::App& command, RecordArguments& arguments) {
+    const std::string help = "Show the recording as a live page on this machine, at port " +
+                             std::to_string(kUsualPort) + " or as --serve=PORT says; 0 takes a free one";
+    command.add_flag("--serve", arguments.serve, help)->check(CLI::Validator(CheckPort, ""));
+}
+
 }  // namespace
 
 void AddRecordOptions(CLI::App& command, RecordArguments& arguments, RecordSettings& settings) {
@@ -111,6 +129,12 @@ void AddRecordOptions(CLI::App& command, RecordArguments& arguments, RecordSetti
     AddMode(command, settings);
     AddGate(command, arguments);
     AddSaving(command, arguments);
+    AddPage(command, arguments);
+}
+
+std::optional<int> ServePort(const RecordArguments& arguments) {
+    if (arguments.serve.empty()) return std::nullopt;
+    return arguments.serve == kFlagAlone ? kUsualPort : std::stoi(arguments.serve);
 }
 
 }  // namespace host

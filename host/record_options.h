@@ -24,10 +24,15 @@ struct RecordArguments {
     bool noSave = false;
     bool startNew = false;
     std::string saveAs;  // UTF-8; empty: the time
+
+    std::string serve;  // as given; see ServePort
 };
 
 // `arguments` are filled when the command line is parsed; what is missing or excludes each other ends the
 // parsing. `settings`: the settings of the recording, as the configuration file and then the options say.
 void AddRecordOptions(CLI::App& command, RecordArguments& arguments, RecordSettings& settings);
+
+// Of the live page; 0: any free one. None: no page is asked for.
+std::optional<int> ServePort(const RecordArguments& arguments);
 
 }  // namespace host
