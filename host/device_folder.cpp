@@ -1,6 +1,5 @@
 #include "host/device_folder.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <system_error>
@@ -41,15 +40,6 @@ std::optional<std::string> DeviceFolder::Prepare() const {
         if (problem) return "the folder " + folder.string() + " cannot be made: " + problem.message();
     }
     return std::nullopt;
-}
-
-std::vector<std::string> DeviceFolder::TrackFiles() const {
-    std::vector<std::string> names;
-    std::error_code unreadable;
-    for (const auto& entry : fs::directory_iterator(Tracks(), unreadable))
-        if (entry.path().extension() == ".gpx") names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 bool DeviceFolder::HasRoom() const {

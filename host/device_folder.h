@@ -32,9 +32,6 @@ class DeviceFolder {
     const std::filesystem::path& Tracks() const { return m_tracks; }
     const std::filesystem::path& CardTracks() const { return m_cardTracks; }
 
-    // File names of the saved tracks, in name order.
-    std::vector<std::string> TrackFiles() const;
-
     // Whether a whole recording can be saved and some room is left for the system.
     bool HasRoom() const;
 
