@@ -52,6 +52,8 @@ int Run(int argc, char** argv) {
     host::AddRecordCommand(program);
     host::AddSaveCommand(program);
     host::AddListCommand(program);
+    host::AddImportCommand(program);
+    host::AddExportCommand(program);
     host::AddMapCommand(program);
     host::AddServeCommand(program);
     host::AddHelpCommand(program);

@@ -25,6 +25,8 @@ int Fail(const std::string& command, const std::string& message);
 void AddRecordCommand(Program& program);
 void AddSaveCommand(Program& program);
 void AddListCommand(Program& program);
+void AddImportCommand(Program& program);
+void AddExportCommand(Program& program);
 void AddMapCommand(Program& program);
 void AddServeCommand(Program& program);
 void AddHelpCommand(Program& program);
