@@ -56,6 +56,7 @@ int Run(int argc, char** argv) {
     host::AddExportCommand(program);
     host::AddMapCommand(program);
     host::AddServeCommand(program);
+    host::AddSimulateCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);
     try {

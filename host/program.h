@@ -29,6 +29,7 @@ void AddImportCommand(Program& program);
 void AddExportCommand(Program& program);
 void AddMapCommand(Program& program);
 void AddServeCommand(Program& program);
+void AddSimulateCommand(Program& program);
 void AddHelpCommand(Program& program);
 
 // Commands that no help shows: the manual page and the completion are made with them.
