@@ -54,8 +54,11 @@ int Run(int argc, char** argv) {
     host::AddListCommand(program);
     host::AddImportCommand(program);
     host::AddExportCommand(program);
+    host::AddCheckCommand(program);
     host::AddMapCommand(program);
     host::AddServeCommand(program);
+    host::AddRingCommand(program);
+    host::AddSalvageCommand(program);
     host::AddSimulateCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);

@@ -27,8 +27,11 @@ void AddSaveCommand(Program& program);
 void AddListCommand(Program& program);
 void AddImportCommand(Program& program);
 void AddExportCommand(Program& program);
+void AddCheckCommand(Program& program);
 void AddMapCommand(Program& program);
 void AddServeCommand(Program& program);
+void AddRingCommand(Program& program);
+void AddSalvageCommand(Program& program);
 void AddSimulateCommand(Program& program);
 void AddHelpCommand(Program& program);
 
