@@ -1,5 +1,6 @@
 // What is wrong in a device folder: stored tracks, the live recording's files, and what interrupted programs
-// left behind. Nothing is changed; the live recording is not opened. The command: host/check_command.cpp.
+// left behind. No content is changed, only line ends of tracks where the library's list rewrites them; the live
+// recording is not opened. The command: host/check_command.cpp.
 #pragma once
 
 #include <filesystem>

@@ -66,7 +66,9 @@ std::optional<std::int64_t> ReadClock(Scanner& text) {
     const int minutes = text.Number(2);
     const int seconds = text.Take(":") ? text.Number(2) : 0;
     if (text.Take(".,")) text.SkipDigits();
-    if (!text.IsGood() || hours > 24 || minutes > 59 || seconds > 60) return std::nullopt;
+    if (!text.IsGood() || minutes > 59 || seconds > 60) return std::nullopt;
+    const bool isMidnight = hours == 24 && minutes == 0 && seconds == 0;  // at the end of the day
+    if (hours > 23 && !isMidnight) return std::nullopt;
     return 3600 * hours + 60 * minutes + seconds;
 }
 

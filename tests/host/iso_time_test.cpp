@@ -29,11 +29,15 @@ TEST(IsoTime, Fractions_AreCut) {
 
 TEST(IsoTime, LeapSecond_IsTheNextMinute) { EXPECT_EQ(ReadIsoTime("2016-12-31T23:59:60Z"), 1483228800); }
 
+TEST(IsoTime, EndOfTheDay_IsTheNextMidnight) {
+    EXPECT_EQ(ReadIsoTime("2001-09-08T24:00:00Z"), ReadIsoTime("2001-09-09T00:00:00Z"));
+}
+
 TEST(IsoTime, OtherTexts_AreNoTimes) {
     for (const char* text : {"", "now", "2024-05-12", "2024-13-01T00:00:00Z", "2023-02-29T00:00:00Z",
-                             "2024-05-12T25:00:00Z", "2024-05-12T12:60:00Z", "2024-05-12T12:00:61Z",
-                             "2024-05-12T12:00:00X", "2024-05-12T12:00:00Z and more", "2024-5-12T12:00:00Z",
-                             "2024-05-12T12:00:00+99:00", "-024-05-12T12:00:00Z"})
+                             "2024-05-12T25:00:00Z", "2024-05-12T24:00:01Z", "2024-05-12T12:60:00Z",
+                             "2024-05-12T12:00:61Z", "2024-05-12T12:00:00X", "2024-05-12T12:00:00Z and more",
+                             "2024-5-12T12:00:00Z", "2024-05-12T12:00:00+99:00", "-024-05-12T12:00:00Z"})
         EXPECT_EQ(ReadIsoTime(text), std::nullopt) << text;
 }
 
