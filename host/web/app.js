@@ -126,7 +126,7 @@ function takeLiveTrack({ points, color }) {
   takePoints(state.live, points);
   describeLive();
   drawTrack(view, state.live);
-  if (isFirst) { state.selected = null; choose(LIVE_ID); fitTracks(view, [LIVE_ID]); }
+  if (isFirst) { state.selected = null; choose(LIVE_ID); }
   afterLivePoints();
   drawSelectedIfChanged();
 }
@@ -146,8 +146,15 @@ function describeLive() {
   state.live.end = time && last >= 0 ? time[last] : null;
 }
 
+// The map goes to the recording as soon as there is something of it.
+function goToLiveTrack() {
+  if (view.wentToLive || view.moved) return;
+  view.wentToLive = fitTracks(view, [LIVE_ID]);
+}
+
 let redrawAt = 0;
 function afterLivePoints() {
+  goToLiveTrack();
   showHere(view, state.live.shown && state.status.state === 'recording' ? state.live : null);
   if (redrawAt) return; // four times a second is enough for the eye
   redrawAt = setTimeout(() => {

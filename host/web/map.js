@@ -64,7 +64,7 @@ function drawTrack(view, track) {
   const lines = piecesOf(track.points).map(([from, end]) => positionsOf(track.points, turn, from, end));
   const shared = { lineCap: 'round', lineJoin: 'round', smoothFactor: 1, interactive: false };
   const halo = L.polyline(lines, { ...shared, className: 'track-halo' });
-  const line = L.polyline(lines, { ...shared, className: 'track-line' });
+  const line = L.polyline(lines, { ...shared, className: track.id === LIVE_ID ? 'track-line live-line' : 'track-line' });
   const touch = L.polyline(lines, { weight: 22, opacity: 0, className: 'track-touch' });
   const layers = [halo, line, touch];
   const drawn = { track, turn, halo, line, touch, group: L.featureGroup(layers), ends: [] };
