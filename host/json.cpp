@@ -18,10 +18,6 @@ Json BoundsJson(const std::optional<Bounds>& bounds) {
     return {{"south", bounds->south}, {"west", bounds->west}, {"north", bounds->north}, {"east", bounds->east}};
 }
 
-Json DurationJson(long start, long end) {
-    return start == 0 || end < start ? Json(nullptr) : Json(end - start);
-}
-
 }  // namespace
 
 std::string IsoTimeText(long seconds) {
@@ -36,19 +32,20 @@ Json IsoTime(std::optional<long> seconds) {
     return text.empty() ? Json(nullptr) : Json(text);
 }
 
-Json TrackJson(CTrackProxy& track) {
-    const long start = track.GetStartTime(), end = track.GetEndTime();
-    return {{"name", ToUtf8(track.GetName())},
-            {"file", ToUtf8(track.GetTrkFileName()) + ".gpx"},
-            {"points", track.GetPtCount()},
-            {"length", track.GetLength()},
-            {"area", track.GetArea()},
-            {"start", IsoTime(start)},
-            {"end", IsoTime(end)},
-            {"duration", DurationJson(start, end)},
-            {"color", ColorText(track.GetColor())},
-            {"shown", track.GetVisible()}};
+Json TrackJson(const TrackHeader& header) {
+    return {{"name", ToUtf8(header.name)},
+            {"file", ToUtf8(header.file) + ".gpx"},
+            {"points", header.points},
+            {"length", header.length},
+            {"area", header.area},
+            {"start", IsoTime(header.start)},
+            {"end", IsoTime(header.end)},
+            {"duration", header.HasTimes() ? Json(header.end - header.start) : Json(nullptr)},
+            {"color", ColorText(header.color)},
+            {"shown", header.shown}};
 }
+
+Json TrackJson(CTrackProxy& track) { return TrackJson(HeaderOf(track)); }
 
 Json PointJson(const TckPt& point, bool withMotion) {
     Json json = {{"latitude", point.dLatitude},

@@ -9,6 +9,7 @@
 
 #include "host/library.h"
 #include "host/statistics.h"
+#include "host/track_header.h"
 
 namespace host {
 
@@ -19,7 +20,8 @@ std::string IsoTimeText(long seconds);
 Json IsoTime(std::optional<long> seconds);  // null for 0 too
 
 // A track's header: name, file, points, length, area, start, end, duration, color, shown.
-Json TrackJson(CTrackProxy& track);
+Json TrackJson(const TrackHeader& header);
+Json TrackJson(CTrackProxy& track);  // of its header
 
 // latitude, longitude, altitude, time; and speed and course where `withMotion`, since stored tracks know
 // neither.

@@ -52,6 +52,8 @@ int Run(int argc, char** argv) {
     host::AddRecordCommand(program);
     host::AddSaveCommand(program);
     host::AddListCommand(program);
+    host::AddInfoCommand(program);
+    host::AddPointsCommand(program);
     host::AddImportCommand(program);
     host::AddExportCommand(program);
     host::AddCheckCommand(program);

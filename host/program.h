@@ -25,6 +25,8 @@ int Fail(const std::string& command, const std::string& message);
 void AddRecordCommand(Program& program);
 void AddSaveCommand(Program& program);
 void AddListCommand(Program& program);
+void AddInfoCommand(Program& program);
+void AddPointsCommand(Program& program);
 void AddImportCommand(Program& program);
 void AddExportCommand(Program& program);
 void AddCheckCommand(Program& program);

@@ -1,0 +1,65 @@
+// Tables and how wide texts stand.
+#include "host/table.h"
+
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "host/display_width.h"
+#include "host/statistics_text.h"
+
+namespace host {
+namespace {
+
+TEST(DisplayWidth, Characters_TakeTheirColumns) {
+    EXPECT_EQ(DisplayWidth("abc"), 3u);
+    EXPECT_EQ(DisplayWidth("Zürich"), 6u);
+    EXPECT_EQ(DisplayWidth("湖"), 2u);
+    EXPECT_EQ(DisplayWidth("한강"), 4u);
+    EXPECT_EQ(DisplayWidth("u\xCC\x88"), 1u);         // u and the combining dots
+    EXPECT_EQ(DisplayWidth("\xF0\x9F\x9A\xB2"), 2u);  // a bicycle
+    EXPECT_EQ(DisplayWidth("\xFF\xE6\x80"), 3u);      // no UTF-8
+    EXPECT_EQ(DisplayWidth(""), 0u);
+}
+
+TEST(DisplayWidth, Fitting_CutsAtACharacter) {
+    EXPECT_EQ(FitWidth("abc", 3), "abc");
+    EXPECT_EQ(FitWidth("abcd", 3), "ab…");
+    EXPECT_EQ(FitWidth("湖畔散歩", 4), "湖…");
+    EXPECT_EQ(FitWidth("abc", 0), "");
+}
+
+TEST(DisplayWidth, ControlCharacters_DoNotReachTheTerminal) {
+    EXPECT_EQ(Printable("a\033[31mb\n"), "a?[31mb?");
+}
+
+TEST(Table, NarrowTerminal_CutsTheFirstColumn) {
+    Table table({{"NAME"}, {"N", Column::Align::Right}});
+    table.AddRow({"a very long name of a track", "12"});
+    std::ostringstream wide, narrow;
+    table.Print(wide, 0);
+    EXPECT_EQ(wide.str(), "NAME                          N\na very long name of a track  12\n");
+    table.Print(narrow, 20);
+    EXPECT_EQ(narrow.str(), "NAME               N\na very long nam…  12\n");
+}
+
+TEST(Table, Decoration_TakesItsColumns) {
+    Table table({{"A"}, {"B"}, {"C"}});
+    table.AddRow({"1", "x", "y"});
+    table.Decorate(1, "\033[1m##\033[0m", 2);
+    std::ostringstream out;
+    table.Print(out, 0);
+    EXPECT_EQ(out.str(), "A  B    C\n1  \033[1m##\033[0mx  y\n");
+}
+
+TEST(StatisticsText, Durations_AreHoursMinutesSeconds) {
+    EXPECT_EQ(DurationText(0), "0:00:00");
+    EXPECT_EQ(DurationText(5325), "1:28:45");
+    EXPECT_EQ(DurationText(100 * 3600), "100:00:00");
+    EXPECT_EQ(SpeedText(10), "36.0 km/h");
+    EXPECT_EQ(AreaText(840), "840 m²");
+    EXPECT_EQ(AreaText(1250000), "1.25 km²");
+}
+
+}  // namespace
+}  // namespace host
