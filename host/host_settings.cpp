@@ -13,13 +13,6 @@ namespace {
 const std::map<std::string, EnumStoreTrack> kPlaces = {
     {"device", StoreTrkDevice}, {"card", StoreTrkSdCard}, {"auto", StoreTrkAuto}};
 
-std::string CheckColor(const std::string& color) {
-    const std::size_t begin = color.starts_with('#') ? 1 : 0;
-    const bool good = color.size() == begin + 6 &&
-                      color.find_first_not_of("0123456789abcdefABCDEF", begin) == std::string::npos;
-    return good ? "" : color + " is no color like 0000ff";
-}
-
 // Only the library knows which pages there are, so the answer is whether it takes this one.
 std::string CheckCodePage(const std::string& number) {
     unsigned page = 0;
@@ -98,6 +91,13 @@ CTrackMan& ApplySettings(const HostSettings& settings) {
     library.SetTrackOverWriteMode(settings.record.overwrite);
     CTrack::SetDefaultColor(ColorValue(settings.color));
     return manager;
+}
+
+std::string CheckColor(const std::string& color) {
+    const std::size_t begin = color.starts_with('#') ? 1 : 0;
+    const bool good = color.size() == begin + 6 &&
+                      color.find_first_not_of("0123456789abcdefABCDEF", begin) == std::string::npos;
+    return good ? "" : color + " is no color like 0000ff";
 }
 
 unsigned ColorValue(const std::string& color) {

@@ -37,6 +37,8 @@ void AddSettings(CLI::App& app, HostSettings& settings);
 // it.
 CTrackMan& ApplySettings(const HostSettings& settings);
 
+// What is wrong with a color on the command line; empty for a good one.
+std::string CheckColor(const std::string& color);
 // "rrggbb" or "#rrggbb" to the library's 0x00BBGGRR; back, with "#".
 unsigned ColorValue(const std::string& color);
 std::string ColorText(unsigned long value);

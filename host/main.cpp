@@ -54,6 +54,14 @@ int Run(int argc, char** argv) {
     host::AddListCommand(program);
     host::AddInfoCommand(program);
     host::AddPointsCommand(program);
+    host::AddRenameCommand(program);
+    host::AddColorCommand(program);
+    host::AddShowCommand(program);
+    host::AddHideCommand(program);
+    host::AddReverseCommand(program);
+    host::AddDeleteCommand(program);
+    host::AddMergeCommand(program);
+    host::AddSplitCommand(program);
     host::AddImportCommand(program);
     host::AddExportCommand(program);
     host::AddCheckCommand(program);
