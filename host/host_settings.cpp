@@ -63,7 +63,9 @@ void AddSettings(CLI::App& app, HostSettings& settings) {
     add("--tracks", settings.tracks, "Folder of the saved tracks in it")
         ->type_name("DIR")
         ->check(CLI::Validator(CheckFolder, ""));
-    app.add_flag("--card,!--no-card", settings.card, "The storage card is there")->group("Settings");
+    app.add_flag("--card,!--no-card", settings.card, "The storage card is there")
+        ->group("Settings")
+        ->default_str(settings.card ? "true" : "false");
     add("--card-tracks", settings.cardTracks, "Folder of the saved tracks on the card")
         ->type_name("DIR")
         ->check(CLI::Validator(CheckFolder, ""));

@@ -2,12 +2,11 @@
 #include <fcntl.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <iostream>
 #include <tuple>
 
+#include "host/configuration.h"
 #include "host/program.h"
 
 namespace {
@@ -19,27 +18,11 @@ void OpenStandardStreams() {
         if (::fcntl(stream, F_GETFD) < 0) std::ignore = ::open("/dev/null", O_RDWR);
 }
 
-// Where the configuration is kept unless the command line says otherwise; empty when there is no home.
-std::string DefaultConfiguration() {
-    namespace fs = std::filesystem;
-    const auto variable = [](const char* name) {
-        const char* value = std::getenv(name);
-        return fs::path(value == nullptr ? "" : value);
-    };
-    if (const fs::path file = variable("QTRACE_CONFIG"); !file.empty()) return file.string();
-    if (const fs::path folder = variable("XDG_CONFIG_HOME"); folder.is_absolute())
-        return (folder / "qtrace" / "config.toml").string();
-    const fs::path home = variable("HOME");
-    return home.empty() ? "" : (home / ".config" / "qtrace" / "config.toml").string();
-}
-
 void Describe(CLI::App& app) {
     app.name("qtrace");
     app.description("Records GPS tracks so that nothing is lost, and keeps them.");
     app.set_version_flag("--version", "qtrace " QTRACE_VERSION);
-    app.set_config("--config", DefaultConfiguration(), "File with settings")
-        ->type_name("FILE")
-        ->group("Settings");
+    host::AddConfiguration(app);
     app.require_subcommand(1);
     app.fallthrough();
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong usage. 'qtrace COMMAND --help' tells more.");
@@ -70,6 +53,7 @@ int Run(int argc, char** argv) {
     host::AddRingCommand(program);
     host::AddSalvageCommand(program);
     host::AddSimulateCommand(program);
+    host::AddConfigCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);
     try {

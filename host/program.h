@@ -43,6 +43,7 @@ void AddServeCommand(Program& program);
 void AddRingCommand(Program& program);
 void AddSalvageCommand(Program& program);
 void AddSimulateCommand(Program& program);
+void AddConfigCommand(Program& program);
 void AddHelpCommand(Program& program);
 
 // Commands that no help shows: the manual page and the completion are made with them.

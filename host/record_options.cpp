@@ -71,8 +71,10 @@ void AddMode(CLI::App& command, RecordSettings& settings) {
     command.add_option("--time", settings.time, "Seconds between points")
         ->check(CLI::Range(1, 86'400).description(""))
         ->capture_default_str();
-    command.add_flag("--overwrite,!--no-overwrite", settings.overwrite,
-                     "Replace the oldest points at 10000 points, or stop there");
+    command
+        .add_flag("--overwrite,!--no-overwrite", settings.overwrite,
+                  "Replace the oldest points at 10000 points, or stop there")
+        ->default_str(settings.overwrite ? "true" : "false");
 }
 
 void AddGate(CLI::App& command, RecordArguments& arguments) {
