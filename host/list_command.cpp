@@ -13,6 +13,7 @@
 #include "host/program.h"
 #include "host/statistics_text.h"
 #include "host/table.h"
+#include "host/terminal.h"
 #include "host/text.h"
 #include "host/track_header.h"
 
@@ -79,7 +80,7 @@ void PrintTable(const std::vector<TrackHeader>& tracks) {
                  {"DURATION", Align::Right},
                  {"COLOR", Align::Left},
                  {"SHOWN", Align::Left}});
-    const std::size_t width = TerminalWidth();
+    const std::size_t width = WidthOfResults();
     const bool inColor = width != 0 && std::getenv("NO_COLOR") == nullptr;
     for (const TrackHeader& track : tracks) {
         table.AddRow(Cells(track));

@@ -40,7 +40,7 @@ void StatusLine::Show(bool isLive, const std::function<Status()>& status) {
 
 // The last column stays free: some terminals wrap as soon as it is filled.
 void StatusLine::Draw(const std::string& text) {
-    std::cerr << kLineStart + CutToWidth(text, TerminalWidth() - 1) << std::flush;
+    std::cerr << kLineStart + CutToWidth(text, WidthOfMessages() - 1) << std::flush;
     m_isDrawn = true;
 }
 

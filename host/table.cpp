@@ -1,8 +1,5 @@
 #include "host/table.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <numeric>
 
@@ -11,9 +8,8 @@
 namespace host {
 namespace {
 
-constexpr std::size_t kBetween = 2;      // columns between two cells
-constexpr std::size_t kNarrowest = 8;    // of the first column
-constexpr std::size_t kUsualWidth = 80;  // of a terminal that does not tell
+constexpr std::size_t kBetween = 2;    // columns between two cells
+constexpr std::size_t kNarrowest = 8;  // of the first column
 
 std::size_t MissingTo(std::size_t width, std::size_t has) { return width > has ? width - has : 0; }
 
@@ -63,13 +59,6 @@ void Table::Print(std::ostream& out, std::size_t width) const {
     for (const Column& column : m_columns) titles.cells.push_back(column.title);
     PrintRow(out, titles, widths);
     for (const Row& row : m_rows) PrintRow(out, row, widths);
-}
-
-std::size_t TerminalWidth() {
-    if (::isatty(STDOUT_FILENO) == 0) return 0;
-    winsize size{};
-    const bool told = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
-    return told ? size.ws_col : kUsualWidth;
 }
 
 }  // namespace host

@@ -46,7 +46,4 @@ class Table {
     std::vector<Row> m_rows;
 };
 
-// Columns of the terminal that standard output is; 0 when it is none.
-std::size_t TerminalWidth();
-
 }  // namespace host
