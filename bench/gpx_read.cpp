@@ -1,0 +1,182 @@
+// A GPX document read into points: ours, what its users' programs do with pugixml, expat and libxml2, and the
+// limit, the XML parser within ours reading the same text without taking anything from it.
+//   bench_gpx_read [POINTS...]
+#include <expat.h>
+#include <libxml/xmlreader.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <pugixml.hpp>
+#include <rapidxml/rapidxml.hpp>
+#include <rapidxml/rapidxml_utils.hpp>
+
+#include "bench/support/drive.h"
+#include "bench/support/peer_values.h"
+#include "bench/support/side_by_side.h"
+
+namespace {
+
+void Check(bool isRight) {
+    if (isRight) return;
+    std::fputs("bench: a reader does not find the points\n", stderr);
+    std::exit(1);
+}
+
+CTrack ReadOurs(const std::string& devicePath) {
+    CTrack track;
+    Check(track.Load(devicePath));
+    return track;
+}
+
+Points ReadWithPugixml(const std::string& path) {
+    pugi::xml_document document;
+    Check(document.load_file(path.c_str()));
+    Points points;
+    for (const auto& segment : document.child("gpx").child("trk").children("trkseg"))
+        for (const auto& element : segment.children("trkpt")) {
+            TckPt point{};
+            point.dLatitude = PeerReal(element.attribute("lat").value());
+            point.dLongitude = PeerReal(element.attribute("lon").value());
+            point.dAltitude = PeerReal(element.child_value("ele"));
+            point.lTime = PeerTime(element.child_value("time"));
+            points.push_back(point);
+        }
+    return points;
+}
+
+// expat calls back for each tag and each piece of text.
+class ExpatReader {
+ public:
+    Points Read(const std::string& path) {
+        XML_Parser parser = XML_ParserCreate(nullptr);
+        XML_SetUserData(parser, this);
+        XML_SetElementHandler(parser, &OnStart, &OnEnd);
+        XML_SetCharacterDataHandler(parser, &OnText);
+        std::FILE* file = std::fopen(path.c_str(), "rb");
+        for (bool isLast = false; !isLast;) {
+            constexpr int kBlock = 1 << 16;
+            void* const buffer = XML_GetBuffer(parser, kBlock);
+            const auto size = std::fread(buffer, 1, kBlock, file);
+            isLast = size < kBlock;
+            Check(XML_ParseBuffer(parser, static_cast<int>(size), isLast) == XML_STATUS_OK);
+        }
+        std::fclose(file);
+        XML_ParserFree(parser);
+        return std::move(m_points);
+    }
+
+ private:
+    static void OnStart(void* self, const char* name, const char** attributes) {
+        auto& reader = *static_cast<ExpatReader*>(self);
+        reader.m_text.clear();
+        if (std::strcmp(name, "trkpt") != 0) return;
+        reader.m_point = {};
+        for (; *attributes != nullptr; attributes += 2) {
+            if (std::strcmp(attributes[0], "lat") == 0) reader.m_point.dLatitude = PeerReal(attributes[1]);
+            if (std::strcmp(attributes[0], "lon") == 0) reader.m_point.dLongitude = PeerReal(attributes[1]);
+        }
+    }
+    static void OnEnd(void* self, const char* name) {
+        auto& reader = *static_cast<ExpatReader*>(self);
+        if (std::strcmp(name, "trkpt") == 0) reader.m_points.push_back(reader.m_point);
+        if (std::strcmp(name, "ele") == 0) reader.m_point.dAltitude = PeerReal(reader.m_text);
+        if (std::strcmp(name, "time") == 0) reader.m_point.lTime = PeerTime(reader.m_text);
+    }
+    static void OnText(void* self, const char* text, int size) {
+        static_cast<ExpatReader*>(self)->m_text.append(text, static_cast<std::size_t>(size));
+    }
+
+    Points m_points;
+    TckPt m_point{};
+    std::string m_text;
+};
+
+class Libxml2Reader {
+ public:
+    Points Read(const std::string& path) {
+        m_reader = xmlReaderForFile(path.c_str(), nullptr, 0);
+        while (xmlTextReaderRead(m_reader) == 1) {
+            const int type = xmlTextReaderNodeType(m_reader);
+            if (type == XML_READER_TYPE_ELEMENT) OnStart();
+            if (type == XML_READER_TYPE_TEXT) OnText();
+            if (type == XML_READER_TYPE_END_ELEMENT && IsNamed("trkpt")) m_points.push_back(m_point);
+        }
+        xmlFreeTextReader(m_reader);
+        return std::move(m_points);
+    }
+
+ private:
+    bool IsNamed(const char* name) const {
+        return xmlStrEqual(xmlTextReaderConstLocalName(m_reader), Xml(name)) != 0;
+    }
+    static const xmlChar* Xml(const char* text) { return reinterpret_cast<const xmlChar*>(text); }
+    static const char* Plain(const xmlChar* text) { return reinterpret_cast<const char*>(text); }
+
+    double RealAttribute(const char* name) const {
+        xmlChar* const value = xmlTextReaderGetAttribute(m_reader, Xml(name));
+        const double real = value == nullptr ? 0.0 : PeerReal(Plain(value));
+        xmlFree(value);
+        return real;
+    }
+    void OnStart() {
+        m_isElevation = IsNamed("ele");
+        m_isTime = IsNamed("time");
+        if (!IsNamed("trkpt")) return;
+        m_point = {};
+        m_point.dLatitude = RealAttribute("lat");
+        m_point.dLongitude = RealAttribute("lon");
+    }
+    void OnText() {
+        if (m_isElevation) m_point.dAltitude = PeerReal(Plain(xmlTextReaderConstValue(m_reader)));
+        if (m_isTime) m_point.lTime = PeerTime(Plain(xmlTextReaderConstValue(m_reader)));
+        m_isElevation = m_isTime = false;
+    }
+
+    xmlTextReaderPtr m_reader = nullptr;
+    Points m_points;
+    TckPt m_point{};
+    bool m_isElevation = false;
+    bool m_isTime = false;
+};
+
+void ParseOnly(const std::string& path) {
+    rapidxml::file<> text(path.c_str());
+    rapidxml::xml_document<> document;
+    document.parse<0>(text.data());
+    Check(document.first_node("gpx") != nullptr);
+}
+
+bool Same(const Points& a, const Points& b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        if (std::memcmp(&a[i], &b[i], sizeof(TckPt)) != 0) return false;
+    return true;
+}
+
+void MeasureReading(std::size_t count) {
+    const BenchDevice device;
+    const std::string devicePath = device.StoreTrack("track", Drive(count));
+    const std::string path = device.HostPath("Tracks/track.gpx");
+    const CTrack ours = ReadOurs(devicePath);
+    const Points& expected = ours.GetPtList();
+    Check(expected.size() == count && Same(expected, ReadWithPugixml(path)) &&
+          Same(expected, ExpatReader().Read(path)) && Same(expected, Libxml2Reader().Read(path)));
+
+    SideBySide works("read GPX", count);
+    works.Add("ours", [&] { ReadOurs(devicePath); });
+    works.Add("pugixml", [&] { ReadWithPugixml(path); });
+    works.Add("expat", [&] { ExpatReader().Read(path); });
+    works.Add("libxml2 reader", [&] { Libxml2Reader().Read(path); });
+    works.Add("limit: bare RapidXML load and parse", [&] { ParseOnly(path); });
+    works.Measure();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::size_t> sizes{1000, 10'000, 100'000, 1'000'000};
+    if (argc > 1) sizes.clear();
+    for (int i = 1; i < argc; ++i) sizes.push_back(std::strtoul(argv[i], nullptr, 10));
+    for (const std::size_t size : sizes) MeasureReading(size);
+    return 0;
+}

@@ -1,0 +1,50 @@
+// Programs that do the same work, measured in turn: round after round each of them once, so that whatever else
+// the machine does meets all of them alike. What is printed is read by scripts/bench.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
+// What is measured: the processor's time of all threads, which other people's programs hardly touch, or for
+// works that wait for storage the time that passes.
+enum class Measured { Processor, Passing };
+
+// One work at one size. Ours is added first; the others are compared with it.
+class SideBySide {
+ public:
+    SideBySide(std::string work, std::size_t size, Measured measured = Measured::Processor)
+        : m_work(std::move(work)), m_size(size), m_measured(measured) {}
+
+    // `prepare` comes before each run and is not measured.
+    void Add(std::string who, std::function<void()> run, std::function<void()> prepare = nullptr);
+
+    // Measures and prints one line each: work, size, who, median seconds, how many times ours that is.
+    void Measure();
+
+ private:
+    struct Contender {
+        std::string who;
+        std::function<void()> run;
+        std::function<void()> prepare;
+        std::size_t repeats = 1;  // in one round, so that a short work takes long enough to be measured
+        std::vector<double> seconds;
+    };
+
+    void Warm(Contender& contender) const;
+    void RunOnce(Contender& contender) const;
+
+    std::string m_work;
+    std::size_t m_size;
+    Measured m_measured;
+    std::vector<Contender> m_contenders;
+};
+
+// [s] from some moment on.
+double Now(Measured measured);
+
+double Median(std::vector<double> values);
+
+// A figure of ours that is compared with nothing: one line of the same form, without a ratio.
+void PrintFigure(const std::string& work, std::size_t size, const std::string& what, double value);
