@@ -7,6 +7,7 @@
 
 #include "gpx/gpx_names.h"
 #include "gpx/gpx_point.h"
+#include "gpx/plain_point.h"
 #include "gpx/point_collector.h"
 #include "gpx/xml_node.h"
 #include "gpx/xml_scanner.h"
@@ -58,6 +59,8 @@ Place Follow(Place from, std::string_view name) {
     return Place::Elsewhere;
 }
 
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\n' || c == '\r' || c == '\t'; }
+
 bool IsPoint(Place place) { return place == Place::Point || place == Place::OtherPoint; }
 
 class OutlineMaker {
@@ -73,6 +76,8 @@ class OutlineMaker {
     void Leave(const Markup& tag);
     Place PlaceOf(std::string_view name);
     void BeginSegment();
+    void TakeOutPlainPoints();
+    std::size_t ReadPlainPoint(Place place, const char* begin);
     void TakeOut(Place place, char* begin, char* end);
     void Parse(Place place, char* begin, char* end);
     bool IsWanted(Place place) const;
@@ -96,6 +101,7 @@ class OutlineMaker {
 
     // On the heap: it brings 64 KiB of its own.
     std::unique_ptr<gpx::XmlDocument> m_parsed = std::make_unique<gpx::XmlDocument>();
+    gpx::PlainPointReader m_plainPoints;
     TckPt m_point{};
     gpx::PointCollector m_points;
 };
@@ -105,6 +111,7 @@ gpx::Points OutlineMaker::Run() {
     for (; markup.kind != MarkupKind::None; markup = Next()) {
         if (markup.kind == MarkupKind::StartTag || markup.kind == MarkupKind::EmptyTag) Enter(markup);
         if (markup.kind == MarkupKind::EndTag || markup.kind == MarkupKind::EmptyTag) Leave(markup);
+        TakeOutPlainPoints();
     }
     Keep({m_rest, markup.end});
     *m_outlineEnd = '\0';
@@ -133,6 +140,7 @@ void OutlineMaker::Leave(const Markup& tag) {
     if (m_depth == 0) throw rapidxml::parse_error("end tag without start tag", tag.begin);
     const Place place = m_places[m_depth--];
     if (!IsPoint(place)) return;
+    Parse(place, m_pointBegin, tag.end);
     TakeOut(place, m_pointBegin, tag.end);
     m_piecesOfPoints += m_scanner.Pieces() - m_piecesBeforePoint;
 }
@@ -153,10 +161,31 @@ void OutlineMaker::BeginSegment() {
     m_isSegmentEmpty = true;
 }
 
+// As many as follow. The rest is left to the scanner and the parser.
+void OutlineMaker::TakeOutPlainPoints() {
+    const Place place = Follow(m_places[m_depth], gpx::kPoint);
+    if (!IsPoint(place)) return;
+    for (;;) {
+        char* begin = m_scanner.At();
+        while (IsBlank(*begin)) ++begin;
+        const std::size_t size = ReadPlainPoint(place, begin);
+        if (size == 0) return;
+        TakeOut(place, begin, begin + size);
+        m_scanner.GoOnAt(begin + size);
+    }
+}
+
+// Returns the bytes it takes; 0 when there is none.
+std::size_t OutlineMaker::ReadPlainPoint(Place place, const char* begin) {
+    if (!IsWanted(place)) return m_plainPoints.Measure(begin, m_scanner.TextEnd());
+    const std::size_t size = m_plainPoints.Read(begin, m_point);
+    if (size != 0) m_points.Add(m_point, begin + size);
+    return size;
+}
+
 // What is left in its place keeps the text on both sides apart, and shows that the segment has a point.
 void OutlineMaker::TakeOut(Place place, char* begin, char* end) {
     Keep({m_rest, begin});
-    Parse(place, begin, end);
     const bool isFirst = place == Place::Point && std::exchange(m_isSegmentEmpty, false);
     Keep(isFirst ? "<trkpt/>" : " ");
     m_rest = end;

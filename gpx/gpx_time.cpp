@@ -1,5 +1,7 @@
 #include "gpx/gpx_time.h"
 
+#include <cstring>
+
 #include "gpx/gpx_text.h"
 #include "platform/clock.h"
 #include "util/numbers.h"
@@ -24,12 +26,24 @@ std::uint16_t TwoDigits(const char* at) {
     return static_cast<std::uint16_t>((at[0] - '0') * 10 + (at[1] - '0'));
 }
 
+constexpr std::string_view kUsualForm = "dddd-dd-ddTdd:dd:dd";
+
 bool HasUsualForm(std::string_view text) {
-    constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:dd";
-    if (text.size() < kForm.size()) return false;
-    for (std::size_t i = 0; i < kForm.size(); ++i)
-        if (kForm[i] == 'd' ? !IsDigit(text[i]) : text[i] != kForm[i]) return false;
-    return text.size() == kForm.size() || !IsDigit(text[kForm.size()]);
+    if (text.size() < kUsualForm.size()) return false;
+    for (std::size_t i = 0; i < kUsualForm.size(); ++i)
+        if (kUsualForm[i] == 'd' ? !IsDigit(text[i]) : text[i] != kUsualForm[i]) return false;
+    return text.size() == kUsualForm.size() || !IsDigit(text[kUsualForm.size()]);
+}
+
+// Whether dd:dd:dd is a time of a day, and then which second of it.
+bool IsTimeOfDay(const char* at, std::uint32_t& second) {
+    for (const int digit : {0, 1, 3, 4, 6, 7})
+        if (!IsDigit(at[digit])) return false;
+    const unsigned hours = TwoDigits(at);
+    const unsigned minutes = TwoDigits(at + 3);
+    const unsigned seconds = TwoDigits(at + 6);
+    second = (hours * 60 + minutes) * 60 + seconds;
+    return at[2] == ':' && at[5] == ':' && hours <= 23 && minutes <= 59 && seconds <= 59;
 }
 
 // Nearly every time there is; the same fields that ReadAnyForm finds, without its conversions.
@@ -69,6 +83,27 @@ char* gpx::WriteTime(std::int32_t seconds, char* to) {
     to = WriteField(':', time.wSecond, to);
     *to = 'Z';
     return to + 1;
+}
+
+std::int32_t gpx::TimeReader::Read(std::string_view text) {
+    std::uint32_t second = 0;
+    if (text.size() > kUsualForm.size() && std::memcmp(text.data(), m_day.data(), kDaySize) == 0 &&
+        IsTimeOfDay(text.data() + kDaySize, second) && !IsDigit(text[kUsualForm.size()]))
+        return static_cast<std::int32_t>(m_midnight + second);
+    const std::int32_t seconds = ReadTime(text);
+    RememberDay(text, seconds);
+    return seconds;
+}
+
+// Only a day that exists: what is no date is 0 at each of its hours.
+void gpx::TimeReader::RememberDay(std::string_view text, std::int32_t seconds) {
+    std::uint32_t second = 0;
+    if (!HasUsualForm(text) || !IsTimeOfDay(text.data() + kDaySize, second)) return;
+    const SYSTEMTIME time = ReadUsualForm(text.data());
+    platform::FileTime ticks = 0;
+    if (!platform::SystemTimeToFileTime(&time, &ticks)) return;
+    text.copy(m_day.data(), kDaySize);
+    m_midnight = static_cast<std::uint32_t>(seconds) - second;
 }
 
 std::int32_t gpx::ReadTime(std::string_view text) {

@@ -35,6 +35,10 @@ class XmlScanner {
 
     const char* TextEnd() const { return m_end; }
 
+    // Where it is, and going on from a place further on that the caller has looked at up to there.
+    char* At() const { return m_at; }
+    void GoOnAt(char* at) { m_at = at; }
+
  private:
     Markup ScanEndTag(char* begin);
     Markup ScanStartTag(char* begin);

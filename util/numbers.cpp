@@ -144,6 +144,26 @@ double numbers::ParseReal(std::string_view text) {
     return isNegative ? -*magnitude : *magnitude;
 }
 
+const char* numbers::ReadPlainReal(const char* at, double& value) {
+    const bool isNegative = *at == '-';
+    if (isNegative) ++at;
+    std::uint64_t digits = 0;
+    const char* const begin = at;
+    for (; IsDigit(*at); ++at) digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+    auto count = static_cast<std::size_t>(at - begin);
+    std::size_t decimals = 0;
+    if (*at == '.') {
+        const char* const fraction = ++at;
+        for (; IsDigit(*at); ++at) digits = digits * 10 + static_cast<std::uint64_t>(*at - '0');
+        decimals = static_cast<std::size_t>(at - fraction);
+        count += decimals;
+    }
+    if (count == 0 || count >= kPowersOfTen.size()) return nullptr;
+    const double magnitude = static_cast<double>(static_cast<std::int64_t>(digits)) / kPowersOfTen[decimals];
+    value = isNegative ? -magnitude : magnitude;
+    return at;
+}
+
 char* numbers::WriteInteger(std::int32_t value, char* to) {
     return std::to_chars(to, to + kIntegerRoom, value).ptr;
 }

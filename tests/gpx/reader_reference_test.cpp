@@ -199,6 +199,30 @@ TEST_F(GpxReaderReference, DamagedSample_IsReadOrRefusedAlike) {
     EXPECT_LT(read, 9000);
 }
 
+// Points of the usual form, one like the other: those are not given to the parser.
+TEST_F(GpxReaderReference, DamagedDrive_IsReadOrRefusedAlike) {
+    std::string drive = "<gpx version=\"1.0\"><trk><name>T</name>";
+    for (int segment = 0; segment < 2; ++segment) {
+        drive += "<trkseg>\r\n";
+        for (int i = 10; i < 18; ++i)
+            drive += "\t<trkpt lat=\"47.1234" + std::to_string(i) + "\" lon=\"8.5000" + std::to_string(i) +
+                     "\">\r\n\t\t<ele>4" + std::to_string(i) +
+                     ".500000</ele>\r\n\t\t<time>2001-09-09T01:46:" + std::to_string(i) +
+                     "Z</time>\r\n\t</trkpt>\r\n";
+        drive += segment == 0 ? "</trkseg></trk><trk>" : "</trkseg></trk></gpx>";
+    }
+    ASSERT_TRUE(ExpectReadAlike(drive));
+    int read = 0;
+    for (std::uint32_t seed = 0; seed < 5000 && !HasFailure(); ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        std::string document = drive;
+        Vandal(seed).Damage(document);
+        read += ExpectReadAlike(document) ? 1 : 0;
+    }
+    EXPECT_GT(read, 500);
+    EXPECT_LT(read, 4500);
+}
+
 TEST_F(GpxReaderReference, DamagedRecordings_AreReadOrRefusedAlike) {
     const auto files = RecordedFiles("gpx");
     if (files.empty()) GTEST_SKIP() << "no recorded data here";

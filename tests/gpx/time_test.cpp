@@ -86,3 +86,31 @@ TEST(GpxTime, AnyTextAlmostOfTheUsualForm_IsReadThePlainWayToo) {
         ASSERT_EQ(gpx::ReadTime(text), ReadThePlainWay(text)) << text;
     }
 }
+
+TEST(GpxTimeReader, TimesOfAnyDays_AreReadAsByThemselves) {
+    std::mt19937 random(29);
+    gpx::TimeReader reader;
+    const char* const odd[] = {"",
+                               "2001",
+                               "2001-09-09T",
+                               "2001-09-09T01:46:4",
+                               "2001-09-09T01:46:401",
+                               "2001-09-09T24:00:00Z",
+                               "2001-02-29T12:00:00Z",
+                               "2001-09-09T01-46-40Z",
+                               "2001-09-09T01:60:00Z",
+                               "2001-09-09t01:46:40Z",
+                               "0000-00-00T00:00:00Z",
+                               "1600-01-01T00:00:00Z",
+                               "9999-12-31T23:59:59Z"};
+    for (int i = 0; i < 200000; ++i) {
+        const bool isSameDay = random() % 4 != 0;
+        const std::int32_t seconds =
+            isSameDay ? 1000000000 + static_cast<int>(random() % 80000) : static_cast<std::int32_t>(random());
+        std::string text = random() % 8 == 0 ? odd[1 + random() % (std::size(odd) - 1)] : Written(seconds);
+        if (random() % 8 == 0) text += ".5+02:00";
+        if (random() % 8 == 0) text[random() % text.size()] = "0123456789:-TZ "[random() % 15];
+        if (random() % 16 == 0) text.resize(19 < text.size() ? 19 : text.size());
+        ASSERT_EQ(reader.Read(text), gpx::ReadTime(text)) << text;
+    }
+}

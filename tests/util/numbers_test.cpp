@@ -197,6 +197,40 @@ TEST(ParseReal, RandomTexts_ReadAsTheCLibraryReadsThem) {
     for (int i = 0; i < 200000; ++i) ASSERT_TRUE(ReadsAsAtof(RandomText(random, "0019..eE+-xXpPafinN( ", 9)));
 }
 
+TEST(ReadPlainReal, PlainNumbers_EndWhereTheirCharactersEnd) {
+    const auto taken = [](const char* text) {
+        double value = 0.0;
+        const char* const end = numbers::ReadPlainReal(text, value);
+        return end == nullptr ? -1 : static_cast<int>(end - text);
+    };
+    EXPECT_EQ(taken("1.25\""), 4);
+    EXPECT_EQ(taken("-0<"), 2);
+    EXPECT_EQ(taken("5.<"), 2);
+    EXPECT_EQ(taken(".5 "), 2);
+    EXPECT_EQ(taken("123456789012345"), 15);
+    EXPECT_EQ(taken("1.2.3"), 3);
+    for (const char* text :
+         {"", "-", ".", "-.", "+1", " 1", "--1", "e", "1234567890123456", "0.000000000000000"})
+        EXPECT_EQ(taken(text), -1) << text;
+}
+
+// Behind a plain number stands what ends it for every reader.
+TEST(ReadPlainReal, RandomNumbers_AreReadAsTheCLibraryReadsThem) {
+    std::mt19937_64 random(Seed(271828));
+    int plain = 0;
+    for (int i = 0; i < 1000000; ++i) {
+        const std::string text = RandomText(random, "0123456789012345678.-", 17);
+        double value = 0.0;
+        const char* const end = numbers::ReadPlainReal(text.c_str(), value);
+        if (end == nullptr) continue;
+        ++plain;
+        const std::string number(text.c_str(), end);
+        ASSERT_EQ(Bits(value), Bits(std::atof(number.c_str()))) << number;
+        ASSERT_EQ(Bits(value), Bits(numbers::ParseReal(number))) << number;
+    }
+    EXPECT_GT(plain, 500000);
+}
+
 TEST(WriteInteger, EveryInteger_IsWrittenInFull) {
     EXPECT_EQ(Written(0), "0");
     EXPECT_EQ(Written(-16776961), "-16776961");
