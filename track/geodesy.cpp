@@ -30,47 +30,77 @@ static_assert(HasBits(kSquareDegree, 0x420714fadb33badf));
 static_assert(HasBits(geodesy::kHalfSquareDegree, 0x41f714fadb33badf));
 static_assert(HasBits(geodesy::kMetresToDegrees, 0x3ee2d6cb2018765e));
 
-struct Arc {
-    double angle;    // [rad] at the earth's centre
-    double azimuth;  // [rad] 0 <= azimuth < kTwoPi
+// A position, with what the formulas ask of it: on a line each is asked twice.
+struct Place {
+    double longitude;  // [rad]
+    double sineOfLatitude;
+    double cosineOfLatitude;
 };
 
-Arc GreatCircle(double lat1, double lon1, double lat2, double lon2) {
-    const double deltaLon = lon2 - lon1;
-    const double cosine =
-        std::cos(deltaLon) * std::cos(lat2) * std::cos(lat1) + std::sin(lat2) * std::sin(lat1);
-    const double north = std::sin(lat2) * std::cos(lat1) - std::cos(deltaLon) * std::sin(lat1) * std::cos(lat2);
-    const double east = std::sin(deltaLon) * std::cos(lat2);
-    const double sine = std::fabs(std::sqrt(east * east + north * north));
+Place PlaceAt(double latitude, double longitude) {
+    const double radians = latitude * kDegToRad;
+    return {longitude * kDegToRad, std::sin(radians), std::cos(radians)};
+}
 
-    Arc arc{0.0, 0.0};
-    if (sine > kDegenerate || std::fabs(cosine) > kDegenerate) arc.angle = std::atan2(sine, cosine);
-    if (std::fabs(east) > kDegenerate || std::fabs(north) > kDegenerate) {
-        arc.azimuth = std::atan2(east, north);
-        while (arc.azimuth < 0) arc.azimuth += kTwoPi;
-    }
-    return arc;
+Place PlaceOf(const TckPt& point) { return PlaceAt(point.dLatitude, point.dLongitude); }
+
+// Where one place lies as seen from another, on a sphere of radius 1.
+struct Direction {
+    double cosine;  // of the angle between them
+    double north;
+    double east;
+};
+
+inline Direction Towards(const Place& from, const Place& to) {
+    const double deltaLon = to.longitude - from.longitude;
+    const double sine = std::sin(deltaLon);
+    const double cosine = std::cos(deltaLon);
+    return {cosine * to.cosineOfLatitude * from.cosineOfLatitude + to.sineOfLatitude * from.sineOfLatitude,
+            to.sineOfLatitude * from.cosineOfLatitude - cosine * from.sineOfLatitude * to.cosineOfLatitude,
+            sine * to.cosineOfLatitude};
+}
+
+// [rad] at the earth's centre.
+inline double CentralAngle(const Direction& direction) {
+    const double sine =
+        std::fabs(std::sqrt(direction.east * direction.east + direction.north * direction.north));
+    const bool isThere = sine > kDegenerate || std::fabs(direction.cosine) > kDegenerate;
+    return isThere ? std::atan2(sine, direction.cosine) : 0.0;
+}
+
+// [rad] 0 <= azimuth < kTwoPi.
+double Azimuth(const Direction& direction) {
+    if (!(std::fabs(direction.east) > kDegenerate || std::fabs(direction.north) > kDegenerate)) return 0.0;
+    double azimuth = std::atan2(direction.east, direction.north);
+    while (azimuth < 0) azimuth += kTwoPi;
+    return azimuth;
+}
+
+inline double Metres(const Direction& direction) {
+    return ((CentralAngle(direction) * kEarthNauticalMiles) * kKilometresPerNauticalMile) * kMetresPerKilometre;
 }
 
 }  // namespace
 
 void CalDistance(double lat1, double lon1, double lat2, double lon2, double bearingOffset, double* pDistance,
                  double* pBearing) {
-    const Arc arc = GreatCircle(lat1 * kDegToRad, lon1 * kDegToRad, lat2 * kDegToRad, lon2 * kDegToRad);
-    *pDistance = ((arc.angle * kEarthNauticalMiles) * kKilometresPerNauticalMile) * kMetresPerKilometre;
-    *pBearing = arc.azimuth * kRadToDeg + bearingOffset;
+    const Direction direction = Towards(PlaceAt(lat1, lon1), PlaceAt(lat2, lon2));
+    *pDistance = Metres(direction);
+    *pBearing = Azimuth(direction) * kRadToDeg + bearingOffset;
+}
+
+double geodesy::Distance(const TckPt& from, const TckPt& to) {
+    return Metres(Towards(PlaceOf(from), PlaceOf(to)));
 }
 
 double AidCalLength(const std::vector<TckPt, je_allocator<TckPt>>& pts) {
+    if (pts.empty()) return 0.0;
     double total = 0.0;
+    Place earlier = PlaceOf(pts.front());
     for (std::size_t i = 1; i < pts.size(); ++i) {
-        const TckPt& earlier = pts[i - 1];
-        const TckPt& later = pts[i];
-        double distance = 0.0;
-        double bearing = 0.0;
-        CalDistance(later.dLatitude, later.dLongitude, earlier.dLatitude, earlier.dLongitude, 0, &distance,
-                    &bearing);
-        total += distance;
+        const Place later = PlaceOf(pts[i]);
+        total += Metres(Towards(later, earlier));
+        earlier = later;
     }
     return total;
 }

@@ -37,4 +37,7 @@ inline constexpr double kPerSquareDegree = 8.069703496832232e-11;  // its invers
 // Metres to degrees of arc along the equator.
 inline constexpr double kMetresToDegrees = 8.983152841197925e-6;
 
+// The distance that CalDistance gives, without the bearing [m].
+double Distance(const TckPt& from, const TckPt& to);
+
 }  // namespace geodesy

@@ -226,12 +226,7 @@ void CTrack::Reverse() {
     GetStartTime();
 }
 
-double CTrack::CalTwoPointLength(const TckPt& a, const TckPt& b) {
-    double distance = 0.0;
-    double bearing = 0.0;
-    CalDistance(a.dLatitude, a.dLongitude, b.dLatitude, b.dLongitude, 0, &distance, &bearing);
-    return distance;
-}
+double CTrack::CalTwoPointLength(const TckPt& a, const TckPt& b) { return geodesy::Distance(a, b); }
 
 double CTrack::CalTwoPointChaChen(const TckPt& a, const TckPt& b) {
     return a.dLongitude * b.dLatitude - a.dLatitude * b.dLongitude;
