@@ -20,38 +20,72 @@ struct Piece {
     int depth;  // how often the line was divided to come to it
 };
 
+// Where a point lies: of its 48 bytes these are all that is looked at, again and again.
+struct Position {
+    double latitude;
+    double longitude;
+};
+using Positions = std::vector<Position>;
+
+// Whether the shorter way between any two of these may lead across the 180th meridian.
+bool MayCrossTheDateLine(const Positions& positions) {
+    double west = positions.front().longitude;
+    double east = west;
+    for (const Position& position : positions) {
+        west = std::min(west, position.longitude);
+        east = std::max(east, position.longitude);
+    }
+    return !(east - west <= 180.0);
+}
+
 // The plane in which the points of one piece are measured: degrees of arc, x east and y north of the piece's
 // first point.
+template <bool mayCrossTheDateLine>
 class LocalPlane {
  public:
-    LocalPlane(const TckPt& first, const TckPt& last)
-        : m_origin(first), m_shrink(std::cos((first.dLatitude + last.dLatitude) * 0.5 * geodesy::kDegToRad)) {
+    LocalPlane(const Position& first, const Position& last)
+        : m_origin(first), m_shrink(std::cos((first.latitude + last.latitude) * 0.5 * geodesy::kDegToRad)) {
         m_endX = East(last);
         m_endY = North(last);
         m_squaredLength = m_endX * m_endX + m_endY * m_endY;
     }
 
-    // Squared distance of a point from the piece.
-    double SquaredDistance(const TckPt& point) const {
-        const double x = East(point);
-        const double y = North(point);
+    // Whether a point is farther from the piece than `squaredDistance`, and then how far. Beside the piece that
+    // would take a division for each point; but the one whose cross product is not above `largest`, of one that
+    // was divided before, cannot be farther.
+    bool IsFarther(const Position& position, double& squaredDistance, double& largest) const {
+        const double x = East(position);
+        const double y = North(position);
         const double along = x * m_endX + y * m_endY;
-        if (along <= 0.0) return x * x + y * y;
-        if (along >= m_squaredLength) return Square(x - m_endX) + Square(y - m_endY);
-        return Square(x * m_endY - y * m_endX) / m_squaredLength;
+        double squared = 0.0;
+        if (along <= 0.0) {
+            squared = x * x + y * y;
+        } else if (along >= m_squaredLength) {
+            squared = Square(x - m_endX) + Square(y - m_endY);
+        } else {
+            const double product = Square(x * m_endY - y * m_endX);
+            if (product <= largest) return false;
+            largest = product;
+            squared = product / m_squaredLength;
+        }
+        if (squared <= squaredDistance) return false;
+        squaredDistance = squared;
+        return true;
     }
 
  private:
     static double Square(double value) { return value * value; }
-    double North(const TckPt& point) const { return point.dLatitude - m_origin.dLatitude; }
-    double East(const TckPt& point) const {
-        double degrees = point.dLongitude - m_origin.dLongitude;
-        if (degrees > 180.0) degrees -= 360.0;  // the shorter way, across the 180th meridian
-        if (degrees < -180.0) degrees += 360.0;
+    double North(const Position& position) const { return position.latitude - m_origin.latitude; }
+    double East(const Position& position) const {
+        double degrees = position.longitude - m_origin.longitude;
+        if constexpr (mayCrossTheDateLine) {
+            if (degrees > 180.0) degrees -= 360.0;  // the shorter way
+            if (degrees < -180.0) degrees += 360.0;
+        }
         return degrees * m_shrink;
     }
 
-    const TckPt& m_origin;
+    Position m_origin;
     double m_shrink;
     double m_endX;
     double m_endY;
@@ -65,13 +99,16 @@ struct Farthest {
     double squaredDistance;
 };
 
-Farthest FindFarthest(const Points& points, const Piece& piece) {
-    const LocalPlane plane(points[piece.first], points[piece.last]);
+template <bool mayCrossTheDateLine>
+Farthest FindFarthest(const Positions& positions, const Piece& piece) {
+    const LocalPlane<mayCrossTheDateLine> plane(positions[piece.first], positions[piece.last]);
     Farthest farthest{piece.first, -1.0};
+    double largest = -1.0;
     for (std::size_t i = piece.first + 1; i < piece.last; ++i) {
-        const double squared = plane.SquaredDistance(points[i]);
-        if (squared <= farthest.squaredDistance) continue;
-        farthest = {i, std::isnan(squared) ? std::numeric_limits<double>::infinity() : squared};
+        if (!plane.IsFarther(positions[i], farthest.squaredDistance, largest)) continue;
+        farthest.index = i;
+        if (std::isnan(farthest.squaredDistance))
+            farthest.squaredDistance = std::numeric_limits<double>::infinity();
     }
     return farthest;
 }
@@ -85,7 +122,16 @@ std::size_t DivisionOf(const Piece& piece, const Farthest& farthest, int deepest
     return piece.depth < deepest ? farthest.index : piece.first + (piece.last - piece.first) / 2;
 }
 
+Positions PositionsOf(const Points& points) {
+    Positions positions;
+    positions.reserve(points.size());
+    for (const TckPt& point : points) positions.push_back({point.dLatitude, point.dLongitude});
+    return positions;
+}
+
 std::vector<char> PointsToKeep(const Points& points, double tolerance) {
+    const Positions positions = PositionsOf(points);
+    const auto findFarthest = MayCrossTheDateLine(positions) ? FindFarthest<true> : FindFarthest<false>;
     std::vector<char> keep(points.size(), 0);
     keep.front() = keep.back() = 1;
     const int deepest = DeepestByDistance(points.size());
@@ -94,7 +140,7 @@ std::vector<char> PointsToKeep(const Points& points, double tolerance) {
         const Piece piece = open.back();
         open.pop_back();
         if (piece.last - piece.first < 2) continue;
-        const Farthest farthest = FindFarthest(points, piece);
+        const Farthest farthest = findFarthest(positions, piece);
         if (farthest.squaredDistance <= tolerance * tolerance) continue;
         const std::size_t division = DivisionOf(piece, farthest, deepest);
         keep[division] = 1;
