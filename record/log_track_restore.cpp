@@ -31,10 +31,12 @@ bool MoveToBackup(const std::wstring& file, const std::wstring& folder) {
     return false;
 }
 
-// Points of equal time keep their order.
+// Points of equal time keep their order. Mostly they are in order: looking takes a tenth of the time of
+// sorting.
 void SortByTime(Points& points) {
-    std::stable_sort(points.begin(), points.end(),
-                     [](const TckPt& a, const TckPt& b) { return a.lTime < b.lTime; });
+    const auto isEarlier = [](const TckPt& a, const TckPt& b) { return a.lTime < b.lTime; };
+    if (!std::is_sorted(points.begin(), points.end(), isEarlier))
+        std::stable_sort(points.begin(), points.end(), isEarlier);
 }
 
 // Sorts, and lets the oldest go above `most`.
