@@ -150,7 +150,7 @@ bool TakesPoint(Cursor& cursor, Values& values) {
     }
 }
 
-constexpr std::size_t kBlock = 16;
+constexpr std::size_t kBlock = 32;
 
 constexpr unsigned char WithoutDigit(unsigned char c) {
     return static_cast<unsigned char>(c - '0') < 10 ? '0' : c;
