@@ -16,11 +16,7 @@
 
 namespace {
 
-void Check(bool isRight) {
-    if (isRight) return;
-    std::fputs("bench: a reader does not find the points\n", stderr);
-    std::exit(1);
-}
+void Check(bool isRight) { ::Check(isRight, "a reader does not find the points"); }
 
 CTrack ReadOurs(const std::string& devicePath) {
     CTrack track;
@@ -28,10 +24,10 @@ CTrack ReadOurs(const std::string& devicePath) {
     return track;
 }
 
-Points ReadWithPugixml(const std::string& path) {
+PointList ReadWithPugixml(const std::string& path) {
     pugi::xml_document document;
     Check(document.load_file(path.c_str()));
-    Points points;
+    PointList points;
     for (const auto& segment : document.child("gpx").child("trk").children("trkseg"))
         for (const auto& element : segment.children("trkpt")) {
             TckPt point{};
@@ -47,7 +43,7 @@ Points ReadWithPugixml(const std::string& path) {
 // expat calls back for each tag and each piece of text.
 class ExpatReader {
  public:
-    Points Read(const std::string& path) {
+    PointList Read(const std::string& path) {
         XML_Parser parser = XML_ParserCreate(nullptr);
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, &OnStart, &OnEnd);
@@ -86,14 +82,14 @@ class ExpatReader {
         static_cast<ExpatReader*>(self)->m_text.append(text, static_cast<std::size_t>(size));
     }
 
-    Points m_points;
+    PointList m_points;
     TckPt m_point{};
     std::string m_text;
 };
 
 class Libxml2Reader {
  public:
-    Points Read(const std::string& path) {
+    PointList Read(const std::string& path) {
         m_reader = xmlReaderForFile(path.c_str(), nullptr, 0);
         while (xmlTextReaderRead(m_reader) == 1) {
             const int type = xmlTextReaderNodeType(m_reader);
@@ -133,7 +129,7 @@ class Libxml2Reader {
     }
 
     xmlTextReaderPtr m_reader = nullptr;
-    Points m_points;
+    PointList m_points;
     TckPt m_point{};
     bool m_isElevation = false;
     bool m_isTime = false;
@@ -146,7 +142,7 @@ void ParseOnly(const std::string& path) {
     Check(document.first_node("gpx") != nullptr);
 }
 
-bool Same(const Points& a, const Points& b) {
+bool Same(const PointList& a, const PointList& b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
         if (std::memcmp(&a[i], &b[i], sizeof(TckPt)) != 0) return false;
@@ -158,7 +154,7 @@ void MeasureReading(std::size_t count) {
     const std::string devicePath = device.StoreTrack("track", Drive(count));
     const std::string path = device.HostPath("Tracks/track.gpx");
     const CTrack ours = ReadOurs(devicePath);
-    const Points& expected = ours.GetPtList();
+    const PointList& expected = ours.GetPtList();
     Check(expected.size() == count && Same(expected, ReadWithPugixml(path)) &&
           Same(expected, ExpatReader().Read(path)) && Same(expected, Libxml2Reader().Read(path)));
 
@@ -174,9 +170,7 @@ void MeasureReading(std::size_t count) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::vector<std::size_t> sizes{1000, 10'000, 100'000, 1'000'000};
-    if (argc > 1) sizes.clear();
-    for (int i = 1; i < argc; ++i) sizes.push_back(std::strtoul(argv[i], nullptr, 10));
-    for (const std::size_t size : sizes) MeasureReading(size);
+    for (const std::size_t size : SizesFrom(argc, argv, {1000, 10'000, 100'000, 1'000'000}))
+        MeasureReading(size);
     return 0;
 }

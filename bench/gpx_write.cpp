@@ -34,7 +34,7 @@ struct TimeText {
     char text[32];
 };
 
-void WriteWithPugixml(const Points& points, const std::string& path) {
+void WriteWithPugixml(const PointList& points, const std::string& path) {
     pugi::xml_document document;
     auto gpx = document.append_child("gpx");
     gpx.append_attribute("version") = "1.0";
@@ -60,7 +60,7 @@ void WriteBytes(const std::string& bytes, const std::string& path) {
 
 void MeasureWriting(std::size_t count) {
     const BenchDevice device;
-    const Points points = Drive(count);
+    const PointList points = Drive(count);
     CTrack track;
     track.SetName("track");
     for (const TckPt& point : points) track.AppendPt(point, false);
@@ -79,9 +79,7 @@ void MeasureWriting(std::size_t count) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::vector<std::size_t> sizes{1000, 10'000, 100'000, 1'000'000};
-    if (argc > 1) sizes.clear();
-    for (int i = 1; i < argc; ++i) sizes.push_back(std::strtoul(argv[i], nullptr, 10));
-    for (const std::size_t size : sizes) MeasureWriting(size);
+    for (const std::size_t size : SizesFrom(argc, argv, {1000, 10'000, 100'000, 1'000'000}))
+        MeasureWriting(size);
     return 0;
 }

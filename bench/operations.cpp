@@ -52,7 +52,7 @@ void LengthAndArea() {
 
 void KeyPoints() {
     CTrack track = DriveAsTrack();
-    Points keys;
+    PointList keys;
     Measured([&] { track.GetKeyPtList(keys); });
 }
 
@@ -63,16 +63,16 @@ class FullRecording {
         m_recording.SetFilePathEx("Log.dat", "LogHd.dat");
         m_recording.SetOverWrt(true);
         m_recording.OpenEx();
-        const Points drive = Drive(kPoints);
+        const PointList drive = Drive(kPoints);
         for (std::size_t i = 0; i + kBatch <= 10200; i += kBatch) Append(drive, i);
     }
     ~FullRecording() { m_recording.CloseEx(); }
     FullRecording(const FullRecording&) = delete;
     FullRecording& operator=(const FullRecording&) = delete;
 
-    void Append(const Points& drive, std::size_t first) {
+    void Append(const PointList& drive, std::size_t first) {
         const auto begin = drive.begin() + static_cast<std::ptrdiff_t>(first);
-        Points batch(begin, begin + kBatch);
+        PointList batch(begin, begin + kBatch);
         m_recording.AppendEx(batch);
     }
     CTrackEx& Recording() { return m_recording; }
@@ -84,7 +84,7 @@ class FullRecording {
 
 void AppendBatches() {
     FullRecording full;
-    const Points drive = Drive(kPoints);
+    const PointList drive = Drive(kPoints);
     Measured([&] {
         for (std::size_t i = 0; i < 100; ++i) full.Append(drive, 10200 + i * kBatch);
     });

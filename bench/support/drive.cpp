@@ -21,8 +21,8 @@ fs::path MakeFolder(const fs::path& parent) {
 
 }  // namespace
 
-Points Drive(std::size_t count) {
-    Points points(count);
+PointList Drive(std::size_t count) {
+    PointList points(count);
     std::mt19937 random(1);
     std::normal_distribution<double> noise(0.0, 1.0);
     double latitude = 47.0;
@@ -53,7 +53,7 @@ BenchDevice::BenchDevice(Medium medium)
 
 BenchDevice::~BenchDevice() { fs::remove_all(m_root); }
 
-std::string BenchDevice::StoreTrack(const std::string& name, const Points& points) const {
+std::string BenchDevice::StoreTrack(const std::string& name, const PointList& points) const {
     const std::string path = "\\Tracks\\" + name + ".gpx";
     CTrack track;
     track.SetName(name.c_str());

@@ -7,11 +7,11 @@
 
 #include "qtrace.h"
 
-using Points = std::vector<TckPt, je_allocator<TckPt>>;
+using PointList = std::vector<TckPt, je_allocator<TckPt>>;
 
 // A fix a second, some 14 m apart, with altitude, speed, course and time; the receiver's noise included. The
 // same every time.
-Points Drive(std::size_t count);
+PointList Drive(std::size_t count);
 
 // A device whose root is a new folder in memory, or on the disk of the folder the program was started in.
 // Removed at the end.
@@ -28,7 +28,7 @@ class BenchDevice {
     std::string HostPath(const std::string& name) const { return (m_root / name).string(); }
 
     // A stored track of these points. It has been read once, so its line ends are as the reader wants them.
-    std::string StoreTrack(const std::string& name, const Points& points) const;
+    std::string StoreTrack(const std::string& name, const PointList& points) const;
 
  private:
     std::filesystem::path m_root;

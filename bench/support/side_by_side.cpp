@@ -1,9 +1,11 @@
 #include "bench/support/side_by_side.h"
 
+#include <sys/resource.h>
 #include <time.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -11,9 +13,18 @@ constexpr int kRounds = 7;
 constexpr double kLongEnough = 0.02;  // [s] of one contender's share of a round
 constexpr std::size_t kMostRepeats = 1000;
 
+double Seconds(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+}
+
 }  // namespace
 
 double Now(Measured measured) {
+    if (measured == Measured::Children) {
+        rusage used{};
+        getrusage(RUSAGE_CHILDREN, &used);
+        return Seconds(used.ru_utime) + Seconds(used.ru_stime);
+    }
     timespec now{};
     clock_gettime(measured == Measured::Processor ? CLOCK_PROCESS_CPUTIME_ID : CLOCK_MONOTONIC, &now);
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
@@ -23,6 +34,18 @@ double Median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
+}
+
+std::vector<std::size_t> SizesFrom(int argc, char** argv, std::vector<std::size_t> usual) {
+    if (argc > 1) usual.clear();
+    for (int i = 1; i < argc; ++i) usual.push_back(std::strtoul(argv[i], nullptr, 10));
+    return usual;
+}
+
+void Check(bool isRight, const char* what) {
+    if (isRight) return;
+    std::fprintf(stderr, "bench: %s\n", what);
+    std::exit(1);
 }
 
 void PrintFigure(const std::string& work, std::size_t size, const std::string& what, double value) {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-// What is measured: the processor's time of all threads, which other people's programs hardly touch, or for
-// works that wait for storage the time that passes.
-enum class Measured { Processor, Passing };
+// What is measured: the processor's time of all threads, which other people's programs hardly touch; for works
+// that wait for storage the time that passes; for whole programs the processor's time of those that have ended.
+enum class Measured { Processor, Passing, Children };
 
 // One work at one size. Ours is added first; the others are compared with it.
 class SideBySide {
@@ -45,6 +45,12 @@ class SideBySide {
 double Now(Measured measured);
 
 double Median(std::vector<double> values);
+
+// The numbers given to a program, or else its own.
+std::vector<std::size_t> SizesFrom(int argc, char** argv, std::vector<std::size_t> usual);
+
+// Ends the program, with a word about it, when a result is not what it must be.
+void Check(bool isRight, const char* what);
 
 // A figure of ours that is compared with nothing: one line of the same form, without a ratio.
 void PrintFigure(const std::string& work, std::size_t size, const std::string& what, double value);

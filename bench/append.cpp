@@ -1,0 +1,161 @@
+// A batch of 30 points made durable: ours, a transaction of SQLite's at its safest in WAL mode, and the limits,
+// the bare writes and syncs. On the disk of the folder it is started in, in the time that passes; the ratios
+// hold for that disk.
+//   bench_append [BATCHES]      in a row; default: 100
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "bench/support/drive.h"
+#include "bench/support/side_by_side.h"
+
+namespace {
+
+void Check(bool isRight) { ::Check(isRight, "an append failed"); }
+
+constexpr std::size_t kBatch = 30;
+constexpr std::size_t kCapacity = 10000;
+
+// The batches of one drive, in turn.
+class Batches {
+ public:
+    PointList Next() {
+        if (m_next + kBatch > m_drive.size()) m_next = 0;
+        const auto begin = m_drive.begin() + static_cast<std::ptrdiff_t>(m_next);
+        m_next += kBatch;
+        return {begin, begin + kBatch};
+    }
+
+ private:
+    PointList m_drive = Drive(3 * kCapacity);
+    std::size_t m_next = 0;
+};
+
+// Full, as it is most of its life.
+class OurRecording {
+ public:
+    OurRecording() {
+        m_recording.SetFilePathEx("Log.dat", "LogHd.dat");
+        m_recording.SetOverWrt(true);
+        Check(m_recording.OpenEx());
+        while (m_recording.GetPtCount() < kCapacity) Append();
+    }
+    ~OurRecording() { m_recording.CloseEx(); }
+    OurRecording(const OurRecording&) = delete;
+    OurRecording& operator=(const OurRecording&) = delete;
+
+    void Append() {
+        PointList batch = m_batches.Next();
+        Check(m_recording.AppendEx(batch));
+    }
+
+ private:
+    Batches m_batches;
+    CTrackEx m_recording;
+};
+
+// The newest 10000 points as rows, each with its place in the ring, so that nothing has to be deleted.
+class SqliteRecording {
+ public:
+    explicit SqliteRecording(const std::string& path) {
+        Check(sqlite3_open(path.c_str(), &m_database) == SQLITE_OK);
+        Run("PRAGMA journal_mode=WAL");
+        Run("PRAGMA synchronous=FULL");
+        Run("CREATE TABLE point(slot INTEGER PRIMARY KEY, lat REAL, lon REAL, alt REAL, speed REAL, time "
+            "INTEGER, "
+            "course REAL)");
+        sqlite3_prepare_v2(m_database, "INSERT OR REPLACE INTO point VALUES(?,?,?,?,?,?,?)", -1, &m_insert,
+                           nullptr);
+        for (std::size_t i = 0; i < kCapacity; i += kBatch) Append();
+    }
+    ~SqliteRecording() {
+        sqlite3_finalize(m_insert);
+        sqlite3_close(m_database);
+    }
+    SqliteRecording(const SqliteRecording&) = delete;
+    SqliteRecording& operator=(const SqliteRecording&) = delete;
+
+    void Append() {
+        Run("BEGIN");
+        for (const TckPt& point : m_batches.Next()) Insert(point);
+        Run("COMMIT");
+    }
+
+ private:
+    void Run(const char* statement) {
+        Check(sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) == SQLITE_OK);
+    }
+    void Insert(const TckPt& point) {
+        sqlite3_bind_int64(m_insert, 1, m_slot++ % static_cast<sqlite3_int64>(kCapacity));
+        sqlite3_bind_double(m_insert, 2, point.dLatitude);
+        sqlite3_bind_double(m_insert, 3, point.dLongitude);
+        sqlite3_bind_double(m_insert, 4, point.dAltitude);
+        sqlite3_bind_double(m_insert, 5, point.dSpeed);
+        sqlite3_bind_int(m_insert, 6, point.lTime);
+        sqlite3_bind_double(m_insert, 7, static_cast<double>(point.fCourse));
+        Check(sqlite3_step(m_insert) == SQLITE_DONE);
+        sqlite3_reset(m_insert);
+    }
+
+    Batches m_batches;
+    sqlite3* m_database = nullptr;
+    sqlite3_stmt* m_insert = nullptr;
+    sqlite3_int64 m_slot = 0;
+};
+
+// A file as long as the ring, written at one place after the other.
+class BareFile {
+ public:
+    explicit BareFile(const std::string& path) : m_file(::open(path.c_str(), O_RDWR | O_CREAT, 0644)) {
+        const std::string zeros(kCapacity * sizeof(TckPt), '\0');
+        Check(::write(m_file, zeros.data(), zeros.size()) == static_cast<ssize_t>(zeros.size()) &&
+              ::fsync(m_file) == 0);
+    }
+    ~BareFile() { ::close(m_file); }
+    BareFile(const BareFile&) = delete;
+    BareFile& operator=(const BareFile&) = delete;
+
+    void WriteAndSync(std::size_t size) {
+        m_place = (m_place + size) % (kCapacity * sizeof(TckPt) - size);
+        Check(::pwrite(m_file, m_bytes.data(), size, static_cast<off_t>(m_place)) ==
+              static_cast<ssize_t>(size));
+        Check(::fdatasync(m_file) == 0);
+    }
+
+ private:
+    int m_file;
+    std::size_t m_place = 0;
+    std::string m_bytes = std::string(1 << 16, 'x');
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int batches = argc > 1 ? std::atoi(argv[1]) : 100;
+    const BenchDevice device(BenchDevice::Medium::Disk);
+    OurRecording ours;
+    SqliteRecording sqlite(device.HostPath("points.db"));
+    BareFile ring(device.HostPath("ring"));
+    BareFile note(device.HostPath("note"));
+    const auto times = [&](auto work) {
+        return [=] {
+            for (int i = 0; i < batches; ++i) work();
+        };
+    };
+
+    SideBySide works("append 30 points durably", kBatch, Measured::Passing);
+    works.Add("ours", times([&] { ours.Append(); }));
+    works.Add("SQLite, WAL, synchronous FULL", times([&] { sqlite.Append(); }));
+    works.Add("limit: one write and its sync", times([&] { ring.WriteAndSync(kBatch * sizeof(TckPt)); }));
+    works.Add("limit: two writes and their syncs", times([&] {
+                  note.WriteAndSync(kBatch * sizeof(TckPt) + 60);
+                  ring.WriteAndSync(kBatch * sizeof(TckPt));
+              }));
+    works.Measure();
+    return 0;
+}
