@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
+#include "tests/support/seed.h"
 #include "tests/track/line_error.h"
 
 namespace {
@@ -70,6 +71,48 @@ Points FallingZigzag(std::size_t count) {
         pts.push_back(At(i % 2 == 0 ? height : -height, 1e-5 * static_cast<double>(i)));
     }
     return Numbered(pts);
+}
+
+// Squared distance of a point from the piece between two others, in a plane true to scale halfway between those
+// [deg^2].
+double SquaredDistance(const TckPt& first, const TckPt& last, const TckPt& point) {
+    const auto square = [](double value) { return value * value; };
+    const double shrink = std::cos((first.dLatitude + last.dLatitude) * 0.5 * 0.017453292519943278);
+    const auto east = [&](const TckPt& to) {
+        double degrees = to.dLongitude - first.dLongitude;
+        if (degrees > 180) degrees -= 360;
+        if (degrees < -180) degrees += 360;
+        return degrees * shrink;
+    };
+    const double endX = east(last), endY = last.dLatitude - first.dLatitude;
+    const double x = east(point), y = point.dLatitude - first.dLatitude;
+    const double along = x * endX + y * endY, length = endX * endX + endY * endY;
+    if (along <= 0) return x * x + y * y;
+    if (along >= length) return square(x - endX) + square(y - endY);
+    return square(x * endY - y * endX) / length;
+}
+
+// The points strictly between two that stay, the plain way: every distance computed and compared.
+void KeepBetween(const Points& pts, std::size_t first, std::size_t last, double tolerance, Points& kept) {
+    std::size_t division = first;
+    double farthest = -1.0;
+    for (std::size_t i = first + 1; i < last; ++i) {
+        const double squared = SquaredDistance(pts[first], pts[last], pts[i]);
+        if (squared <= farthest) continue;
+        division = i;
+        farthest = squared;
+    }
+    if (farthest <= tolerance * tolerance) return;
+    KeepBetween(pts, first, division, tolerance, kept);
+    kept.push_back(pts[division]);
+    KeepBetween(pts, division, last, tolerance, kept);
+}
+
+Points ThinnedThePlainWay(const Points& pts, double tolerance) {
+    Points kept{pts.front()};
+    KeepBetween(pts, 0, pts.size() - 1, tolerance, kept);
+    kept.push_back(pts.back());
+    return kept;
 }
 
 void ExpectFaithful(const Points& all, const Points& kept, double tolerance) {
@@ -194,6 +237,33 @@ TEST(Thinning, AnyWalk_StaysWithinTheTolerance) {
         const Points walk = Walk(400, Between(-70, 70, random), Between(-180, 180, random), random);
         const double tolerance = Between(0.5, 40, random) * kMetre;
         ExpectFaithful(walk, Thinned(walk, tolerance), tolerance);
+    }
+}
+
+TEST(ThinningReference, AnyWalk_KeepsThePointsOfThePlainWay) {
+    std::mt19937 random(Seed(164));
+    for (int round = 0; round < 600; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const double longitude = round % 4 == 0 ? 179.999 : Between(-180, 180, random);
+        const Points walk = Walk(300, Between(-85, 85, random), longitude, random);
+        const double tolerance = Between(0.1, 40, random) * kMetre;
+        ASSERT_EQ(Thinned(walk, tolerance), ThinnedThePlainWay(walk, tolerance));
+    }
+}
+
+// On a grid many points are equally far, and the first of them divides.
+TEST(ThinningReference, PointsOfAGrid_KeepThePointsOfThePlainWay) {
+    std::mt19937 random(Seed(165));
+    for (int round = 0; round < 1000; ++round) {
+        SCOPED_TRACE("round " + std::to_string(round));
+        const double latitude = round % 2 == 0 ? 0.0 : 50.0;
+        Points pts;
+        for (int i = 0; i < 120; ++i)
+            pts.push_back(At(latitude + 1e-5 * static_cast<double>(random() % 5),
+                             1e-5 * static_cast<double>(random() % 9)));
+        pts = Numbered(pts);
+        const double tolerance = 1e-5 * static_cast<double>(random() % 3) + 1e-9;
+        ASSERT_EQ(Thinned(pts, tolerance), ThinnedThePlainWay(pts, tolerance));
     }
 }
 
