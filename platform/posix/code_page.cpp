@@ -1,9 +1,11 @@
 // UTF-8 is our own (platform/posix/utf.h); the other pages are tables (platform/posix/code_page_table.h).
 #include "platform/code_page.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <cwchar>
+#include <type_traits>
 
 #include "platform/device_state.h"
 #include "platform/posix/code_page_table.h"
@@ -42,6 +44,20 @@ class Destination {
 template <class In, class Out>
 bool CanConvert(const In* source, int length, const Out* destination, int size) {
     return source != nullptr && length != 0 && size >= 0 && (size == 0 || destination != nullptr);
+}
+
+// Every page that may be the ANSI one holds ASCII in its place, so such a text needs no table: making one takes
+// longer than all the rest of a host's start.
+template <class In>
+bool IsAscii(const In* at, const In* end) {
+    return std::all_of(at, end, [](In unit) { return static_cast<std::make_unsigned_t<In>>(unit) < 0x80; });
+}
+
+template <class In, class Out>
+int CopyAscii(const In* at, const In* end, Destination<Out> destination) {
+    for (; at < end; ++at)
+        if (!destination.Put(Units<Out, 1>{{static_cast<Out>(*at)}, 1})) return 0;
+    return destination.Count();
 }
 
 unsigned Resolved(unsigned codePage) { return codePage == kAnsiCodePage ? AnsiCodePage() : codePage; }
@@ -90,6 +106,8 @@ int TableFromWide(const CodePageTable& table, const wchar_t* at, const wchar_t* 
 int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar_t* destination, int size) {
     if (!CanConvert(source, length, destination, size)) return 0;
     const char* end = source + (length < 0 ? std::strlen(source) + 1 : static_cast<std::size_t>(length));
+    if (codePage == kAnsiCodePage && IsAscii(source, end))
+        return CopyAscii<char, wchar_t>(source, end, {destination, size});
     const unsigned page = Resolved(codePage);
     if (page == kUtf8CodePage) return WideFromUtf8(source, end, {destination, size});
     const CodePageTable* table = FindCodePageTable(page);
@@ -99,6 +117,8 @@ int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar
 int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, char* destination, int size) {
     if (!CanConvert(source, length, destination, size)) return 0;
     const wchar_t* end = source + (length < 0 ? std::wcslen(source) + 1 : static_cast<std::size_t>(length));
+    if (codePage == kAnsiCodePage && IsAscii(source, end))
+        return CopyAscii<wchar_t, char>(source, end, {destination, size});
     const unsigned page = Resolved(codePage);
     if (page == kUtf8CodePage) return Utf8FromWide(source, end, {destination, size});
     const CodePageTable* table = FindCodePageTable(page);
@@ -106,6 +126,7 @@ int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, ch
 }
 
 bool IsDBCSLeadByte(unsigned char byte) {
+    if (byte < 0x80) return false;
     const unsigned page = AnsiCodePage();
     const CodePageTable* table = page == kUtf8CodePage ? nullptr : FindCodePageTable(page);
     return table != nullptr && table->isLead[byte];
