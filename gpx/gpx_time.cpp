@@ -85,6 +85,25 @@ char* gpx::WriteTime(std::int32_t seconds, char* to) {
     return to + 1;
 }
 
+char* gpx::TimeWriter::Write(std::int32_t seconds, char* to) {
+    constexpr std::int64_t kPerDay = 86400;
+    const std::int64_t day = (seconds - (seconds < 0 ? kPerDay - 1 : 0)) / kPerDay;
+    if (day != m_day) RememberDay(day, seconds);
+    const auto second = static_cast<unsigned>(seconds - day * kPerDay);
+    std::memcpy(to, m_date, kTimeRoom);  // as much as there is room for: that is one move
+    to = WriteTwoDigits(second / 3600, to + m_dateSize);
+    to = WriteField(':', second / 60 % 60, to);
+    to = WriteField(':', second % 60, to);
+    *to = 'Z';
+    return to + 1;
+}
+
+void gpx::TimeWriter::RememberDay(std::int64_t day, std::int32_t seconds) {
+    const std::string_view time(m_date, WriteTime(seconds, m_date));
+    m_dateSize = time.find('T') + 1;
+    m_day = day;
+}
+
 std::int32_t gpx::TimeReader::Read(std::string_view text) {
     std::uint32_t second = 0;
     if (text.size() > kUsualForm.size() && std::memcmp(text.data(), m_day.data(), kDaySize) == 0 &&

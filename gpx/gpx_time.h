@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <string_view>
 
 namespace gpx {
@@ -12,6 +13,19 @@ inline constexpr std::size_t kTimeRoom = 20;  // what WriteTime needs at most
 
 // Returns the end of what was written; no terminator.
 char* WriteTime(std::int32_t seconds, char* to);
+
+// Writes as WriteTime does, and remembers the day: nearly every time is of the same day as the one before it.
+class TimeWriter {
+ public:
+    char* Write(std::int32_t seconds, char* to);
+
+ private:
+    void RememberDay(std::int64_t day, std::int32_t seconds);
+
+    std::int64_t m_day = std::numeric_limits<std::int64_t>::min();  // since 1970-01-01; none yet
+    char m_date[kTimeRoom] = {};                                    // "2001-09-09T"
+    std::size_t m_dateSize = 0;
+};
 
 // What follows the seconds (a fraction, a time zone, Z) is ignored; an empty text means now, in UTC. A text
 // that is no date and time gives an unspecified number.

@@ -41,6 +41,7 @@ class DocumentWriter {
     void Time(std::string_view name, std::int32_t seconds);
 
     XmlPrinter m_xml;
+    gpx::TimeWriter m_times;
     char (&m_utf8)[513];
 };
 
@@ -132,7 +133,7 @@ void DocumentWriter::Measure(std::string_view name, double value) {
 void DocumentWriter::Time(std::string_view name, std::int32_t seconds) {
     if (seconds == 0) return;
     char text[gpx::kTimeRoom];
-    const char* end = gpx::WriteTime(seconds, text);
+    const char* end = m_times.Write(seconds, text);
     m_xml.PlainElement(name, std::string_view(text, end));
 }
 

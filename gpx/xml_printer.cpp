@@ -1,5 +1,7 @@
 #include "gpx/xml_printer.h"
 
+#include <algorithm>
+
 #include "util/numbers.h"
 
 namespace {
@@ -31,6 +33,21 @@ void AppendEscaped(std::string& text, std::string_view value, char asItIs) {
             text += reference;
     }
 }
+
+// Short pieces put together before they go to the text in one step, which looks after its room each time.
+class Line {
+ public:
+    static constexpr std::size_t kRoom = 512;
+
+    void Add(char c) { *m_end++ = c; }
+    void Add(std::string_view piece) { m_end = std::copy(piece.begin(), piece.end(), m_end); }
+    void AddTabs(std::size_t count) { m_end = std::fill_n(m_end, count, '\t'); }
+    std::string_view Text() const { return {m_text, m_end}; }
+
+ private:
+    char m_text[kRoom];
+    char* m_end = m_text;
+};
 
 }  // namespace
 
@@ -73,11 +90,13 @@ void XmlPrinter::Attribute(std::string_view name, std::string_view value) {
 void XmlPrinter::Attribute(std::string_view name, double value) {
     char number[numbers::kRealRoom];
     const char* end = numbers::WriteReal(value, number);
-    m_text += ' ';
-    m_text += name;
-    m_text += "=\"";
-    m_text += std::string_view(number, end);
-    m_text += '"';
+    Line line;
+    line.Add(' ');
+    line.Add(name);
+    line.Add("=\"");
+    line.Add(std::string_view(number, end));
+    line.Add('"');
+    m_text += line.Text();
 }
 
 void XmlPrinter::Element(std::string_view name, std::string_view value) {
@@ -104,10 +123,17 @@ void XmlPrinter::Element(std::string_view name, double value) {
 }
 
 void XmlPrinter::PlainElement(std::string_view name, std::string_view value) {
-    StartLine(name);
-    m_text += '>';
-    m_text += value;
-    EndTag(name);
+    CloseStartTag();
+    Line line;
+    line.AddTabs(m_level);
+    line.Add('<');
+    line.Add(name);
+    line.Add('>');
+    line.Add(value);
+    line.Add("</");
+    line.Add(name);
+    line.Add(">\n");
+    m_text += line.Text();
 }
 
 void XmlPrinter::CloseStartTag() {

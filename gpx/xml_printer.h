@@ -24,7 +24,9 @@ class XmlPrinter {
     void Element(std::string_view name, std::string_view value);
     void Element(std::string_view name, std::int32_t value);
     void Element(std::string_view name, double value);
-    void PlainElement(std::string_view name, std::string_view value);  // a value without special characters
+    // A value without special characters, as long as a number may be. Here and where an attribute is a number,
+    // names and level are those of our documents: a line is put together in a few hundred bytes.
+    void PlainElement(std::string_view name, std::string_view value);
 
  private:
     void CloseStartTag();

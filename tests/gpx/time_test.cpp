@@ -87,6 +87,23 @@ TEST(GpxTime, AnyTextAlmostOfTheUsualForm_IsReadThePlainWayToo) {
     }
 }
 
+TEST(GpxTimeWriter, TimesOfAnyDays_AreWrittenAsByThemselves) {
+    std::mt19937 random(30);
+    gpx::TimeWriter writer;
+    const auto expectAlike = [&](std::int32_t seconds) {
+        char text[gpx::kTimeRoom];
+        ASSERT_EQ(std::string(text, writer.Write(seconds, text)), Written(seconds)) << seconds;
+    };
+    constexpr std::int32_t kFirst = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t kLast = std::numeric_limits<std::int32_t>::max();
+    for (const std::int32_t edge : {kFirst, kFirst + 1, kFirst + 11647, kFirst + 11648, -86401, -86400, -1, 0,
+                                    1, 86399, 86400, kLast - 11647, kLast - 11648, kLast})
+        expectAlike(edge);
+    for (int i = 0; i < 200000 && !::testing::Test::HasFatalFailure(); ++i)
+        expectAlike(random() % 4 == 0 ? static_cast<std::int32_t>(random())
+                                      : static_cast<std::int32_t>(1000000000 + random() % 200000));
+}
+
 TEST(GpxTimeReader, TimesOfAnyDays_AreReadAsByThemselves) {
     std::mt19937 random(29);
     gpx::TimeReader reader;
