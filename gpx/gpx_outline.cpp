@@ -161,17 +161,19 @@ void OutlineMaker::BeginSegment() {
     m_isSegmentEmpty = true;
 }
 
-// As many as follow. The rest is left to the scanner and the parser.
+// As many as follow, and the blanks between them; what is left of the first keeps the text on both sides apart.
+// The rest is for the scanner and the parser.
 void OutlineMaker::TakeOutPlainPoints() {
     const Place place = Follow(m_places[m_depth], gpx::kPoint);
     if (!IsPoint(place)) return;
-    for (;;) {
+    for (bool isFirst = true;; isFirst = false) {
         char* begin = m_scanner.At();
         while (IsBlank(*begin)) ++begin;
         const std::size_t size = ReadPlainPoint(place, begin);
         if (size == 0) return;
-        TakeOut(place, begin, begin + size);
-        m_scanner.GoOnAt(begin + size);
+        if (isFirst) TakeOut(place, begin, begin + size);
+        m_rest = begin + size;
+        m_scanner.GoOnAt(m_rest);
     }
 }
 

@@ -32,7 +32,12 @@ const std::string kPoint = "<trkpt lat=\"1\" lon=\"2\"><ele>3</ele></trkpt>";
 
 TEST(GpxOutline, FirstPointOfASegment_LeavesAMark) {
     EXPECT_EQ(Outline("<gpx><trk><trkseg>" + kPoint + "\n" + kPoint + "</trkseg><trkseg/></trk></gpx>"),
-              "<gpx><trk><trkseg><trkpt/>\n </trkseg><trkseg/></trk></gpx>");
+              "<gpx><trk><trkseg><trkpt/></trkseg><trkseg/></trk></gpx>");
+}
+
+TEST(GpxOutline, TextBetweenPoints_IsKeptApart) {
+    EXPECT_EQ(Outline("<gpx><trk><trkseg>a" + kPoint + "b" + kPoint + " " + kPoint + "c</trkseg></trk></gpx>"),
+              "<gpx><trk><trkseg>a<trkpt/>b   c</trkseg></trk></gpx>");
 }
 
 TEST(GpxOutline, PointsOfLaterTracksRoutesAndWaypoints_LeaveABlank) {
