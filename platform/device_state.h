@@ -14,4 +14,13 @@ const std::wstring& StorageCardRoot();
 // The number that kAnsiCodePage stands for; never 0.
 unsigned AnsiCodePage();
 
+// The rest is each system's own: platform/posix, platform/windows.
+
+// Whether SetAnsiCodePage takes it.
+bool CanBeAnsiCodePage(unsigned codePage);
+
+// The running executable: its device path, or outside of the device's root its path on this machine, with
+// backslashes. Empty when the system does not say.
+std::wstring ExecutableOnDevice();
+
 }  // namespace platform

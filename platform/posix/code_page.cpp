@@ -1,4 +1,4 @@
-// UTF-8 is our own (platform/posix/utf.h); the other pages are tables (platform/posix/code_page_table.h).
+// UTF-8 is our own (platform/utf.h); the other pages are tables (platform/posix/code_page_table.h).
 #include "platform/code_page.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 #include "platform/device_state.h"
 #include "platform/posix/code_page_table.h"
-#include "platform/posix/utf.h"
+#include "platform/utf.h"
 
 namespace platform {
 
@@ -123,6 +123,10 @@ int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, ch
     if (page == kUtf8CodePage) return Utf8FromWide(source, end, {destination, size});
     const CodePageTable* table = FindCodePageTable(page);
     return table == nullptr ? 0 : TableFromWide(*table, source, end, {destination, size});
+}
+
+bool CanBeAnsiCodePage(unsigned codePage) {
+    return codePage == kUtf8CodePage || FindCodePageTable(codePage) != nullptr;
 }
 
 bool IsDBCSLeadByte(unsigned char byte) {

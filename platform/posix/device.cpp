@@ -1,35 +1,22 @@
-// The settings of platform/device.h, and where the running program is.
+// The folder that stands for the device's root, and where the running program is.
 #include "platform/device.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
-#include "platform/code_page.h"
 #include "platform/device_state.h"
-#include "platform/file.h"
-#include "platform/posix/code_page_table.h"
 #include "platform/posix/device_root.h"
-#include "platform/posix/utf.h"
+#include "platform/utf.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr unsigned kChineseCodePage = 936;
-
-struct Settings {
-    std::string deviceRoot;
-    std::wstring programFolder;
-    std::wstring storageCardRoot = L"\\SDMMC";
-    unsigned ansiCodePage = kChineseCodePage;
-};
-
 // Never destroyed: a background thread may still look at it while the process ends.
-Settings& TheSettings() {
-    static Settings& settings = *new Settings;
-    return settings;
+std::string& TheRoot() {
+    static std::string& root = *new std::string;
+    return root;
 }
 
 std::string WithoutTrailingSlashes(std::string folder) {
@@ -46,49 +33,24 @@ std::string RelativeToDeviceRoot(const std::string& executable) {
     return !unresolvable && isBelow ? executable.substr(root.size()) : executable;
 }
 
-std::wstring ExecutableOnDevice() {
-    std::error_code unreadable;
-    const std::string executable = fs::read_symlink("/proc/self/exe", unreadable).string();
-    std::wstring path = platform::ToUtf16(RelativeToDeviceRoot(executable));
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return path;
-}
-
 }  // namespace
 
 void SetDeviceRoot(const std::string& hostFolder) {
     std::error_code noCurrentFolder;
     const fs::path absolute = hostFolder.empty() ? fs::path() : fs::absolute(hostFolder, noCurrentFolder);
-    TheSettings().deviceRoot = WithoutTrailingSlashes(noCurrentFolder ? hostFolder : absolute.string());
-}
-
-void SetProgramFolder(const std::wstring& folder) { TheSettings().programFolder = folder; }
-
-void SetStorageCardRoot(const std::wstring& folder) { TheSettings().storageCardRoot = folder; }
-
-bool SetAnsiCodePage(unsigned codePage) {
-    if (codePage != platform::kUtf8CodePage && platform::FindCodePageTable(codePage) == nullptr) return false;
-    TheSettings().ansiCodePage = codePage;
-    return true;
+    TheRoot() = WithoutTrailingSlashes(noCurrentFolder ? hostFolder : absolute.string());
 }
 
 namespace platform {
 
-const std::string& DeviceRoot() { return TheSettings().deviceRoot; }
+const std::string& DeviceRoot() { return TheRoot(); }
 
-std::wstring ProgramFolder() { return TheSettings().programFolder; }
-
-const std::wstring& StorageCardRoot() { return TheSettings().storageCardRoot; }
-
-unsigned AnsiCodePage() { return TheSettings().ansiCodePage; }
-
-unsigned GetModuleFileNameW(wchar_t* path, unsigned size) {
-    const std::wstring executable = ExecutableOnDevice();
-    if (path == nullptr || size == 0 || executable.empty()) return 0;
-    const std::size_t length = std::min<std::size_t>(executable.size(), size - 1);
-    std::copy_n(executable.begin(), length, path);
-    path[length] = L'\0';
-    return length == executable.size() ? static_cast<unsigned>(length) : size;
+std::wstring ExecutableOnDevice() {
+    std::error_code unreadable;
+    const std::string executable = fs::read_symlink("/proc/self/exe", unreadable).string();
+    std::wstring path = ToUtf16(RelativeToDeviceRoot(executable));
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
 }
 
 }  // namespace platform

@@ -6,12 +6,12 @@
 #include <cerrno>
 
 #include "platform/file.h"
+#include "platform/letter_case.h"
 #include "platform/posix/descriptor.h"
 #include "platform/posix/file_kind.h"
 #include "platform/posix/host_path.h"
-#include "platform/posix/letter_case.h"
 #include "platform/posix/move.h"
-#include "platform/posix/utf.h"
+#include "platform/utf.h"
 
 namespace platform {
 

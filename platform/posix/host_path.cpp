@@ -7,9 +7,9 @@
 #include <cwchar>
 #include <memory>
 
+#include "platform/letter_case.h"
 #include "platform/posix/device_root.h"
-#include "platform/posix/letter_case.h"
-#include "platform/posix/utf.h"
+#include "platform/utf.h"
 
 namespace platform {
 

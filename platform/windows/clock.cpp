@@ -11,9 +11,12 @@ void GetSystemTime(SYSTEMTIME* now) { ::GetSystemTime(now); }
 
 void GetLocalTime(SYSTEMTIME* now) { ::GetLocalTime(now); }
 
+// A day that some systems take for one of the next month is none.
 bool SystemTimeToFileTime(const SYSTEMTIME* calendar, FileTime* ticks) {
     FILETIME time;
+    SYSTEMTIME taken;
     if (calendar->wYear > kLastYear || !::SystemTimeToFileTime(calendar, &time)) return false;
+    if (!::FileTimeToSystemTime(&time, &taken) || taken.wDay != calendar->wDay) return false;
     *ticks = static_cast<FileTime>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
     return true;
 }

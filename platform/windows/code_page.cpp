@@ -9,6 +9,19 @@ namespace platform {
 
 namespace {
 unsigned Resolved(unsigned codePage) { return codePage == kAnsiCodePage ? AnsiCodePage() : codePage; }
+
+// Mainframes' pages have their letters elsewhere.
+bool HoldsAscii(unsigned codePage) {
+    for (int i = 0; i < 0x80; ++i) {
+        const char byte = static_cast<char>(i);
+        wchar_t unit = 0;
+        const int length = ::MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, &byte, 1, &unit, 1);
+        if (length != 1 || unit != static_cast<wchar_t>(i) ||
+            ::IsDBCSLeadByteEx(codePage, static_cast<BYTE>(i)))
+            return false;
+    }
+    return true;
+}
 }  // namespace
 
 int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar_t* destination, int size) {
@@ -17,6 +30,14 @@ int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar
 
 int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, char* destination, int size) {
     return ::WideCharToMultiByte(Resolved(codePage), 0, source, length, destination, size, nullptr, nullptr);
+}
+
+bool CanBeAnsiCodePage(unsigned codePage) {
+    constexpr unsigned kLargestCharacter = 2;
+    CPINFO page;
+    if (codePage == kUtf8CodePage) return true;
+    return codePage != kAnsiCodePage && ::GetCPInfo(codePage, &page) && page.MaxCharSize <= kLargestCharacter &&
+           HoldsAscii(codePage);
 }
 
 bool IsDBCSLeadByte(unsigned char byte) {

@@ -1,79 +1,48 @@
-// Streams, which the C library itself commits for mode letter c, and files and folders by name.
-#include "platform/file.h"
-
+// The descriptors behind streams. What is done to files and folders by name: platform/windows/file_names.cpp.
+#include <fcntl.h>
 #include <io.h>
-#include <windows.h>
+#include <sys/stat.h>
 
-#include <cwchar>
-
-#include "platform/code_page.h"
-#include "platform/device_path.h"
+#include "platform/stream_on_system.h"
 #include "platform/windows/host_path.h"
 
 namespace platform {
 
 namespace {
 
-// A path or mode in the ANSI code page; empty when it does not convert or is too long for a path.
-std::wstring Wide(const char* text) {
-    wchar_t wide[kPathLimit];
-    if (MultiByteToWideChar(kAnsiCodePage, text, -1, wide, static_cast<int>(kPathLimit)) == 0) return {};
-    return wide;
-}
-
-bool IsPlainFileOrMissing(const std::wstring& file) {
-    const DWORD attributes = ::GetFileAttributesW(file.c_str());
-    return attributes == INVALID_FILE_ATTRIBUTES ||
-           (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
-}
-
-// The runtime does not know mode letter x everywhere.
-bool MakeNewFile(const std::wstring& file) {
-    const HANDLE made = ::CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                      CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
-    return made != INVALID_HANDLE_VALUE && ::CloseHandle(made) != 0;
+int FlagsOf(const StreamMode& mode) {
+    int flags = _O_BINARY | _O_NOINHERIT;
+    flags |= mode.reads && mode.writes ? _O_RDWR : mode.writes ? _O_WRONLY : _O_RDONLY;
+    if (mode.creates) flags |= _O_CREAT;
+    if (mode.truncates) flags |= _O_TRUNC;
+    if (mode.appends) flags |= _O_APPEND;
+    if (mode.isExclusive) flags |= _O_EXCL;
+    return flags;
 }
 
 }  // namespace
 
-std::FILE* fopen(const char* path, const char* mode) { return _wfopen(Wide(path).c_str(), Wide(mode).c_str()); }
-
-std::FILE* _wfopen(const wchar_t* path, const wchar_t* mode) {
-    const auto file = FindOnHost(path);
-    if (!file || mode == nullptr || std::wcschr(L"rwa", mode[0]) == nullptr || mode[0] == L'\0') return nullptr;
-    if (HoldsWildcard(path) || !IsPlainFileOrMissing(*file)) return nullptr;
-    std::wstring forRuntime = std::wstring(mode) + L'N';  // N: not inherited by child processes
-    if (const std::size_t onlyNew = forRuntime.find(L'x'); onlyNew != std::wstring::npos) {
-        if (!MakeNewFile(*file)) return nullptr;
-        forRuntime.erase(onlyNew, 1);
-    }
-    return ::_wfopen(file->c_str(), forRuntime.c_str());
+int OpenDescriptor(const wchar_t* path, const StreamMode& mode, bool& isNew) {
+    const auto file = FindFileOnHost(path);
+    if (!file) return -1;
+    const auto existing = LookAt(file->Text());
+    if (existing ? existing->isFolder || (mode.writes && existing->isReadOnly) : !mode.creates) return -1;
+    isNew = !existing;
+    return ::_wopen(file->Text().c_str(), FlagsOf(mode), _S_IREAD | _S_IWRITE);
 }
 
-int fflush(std::FILE* stream) { return stream == nullptr ? EOF : std::fflush(stream); }
+std::FILE* StreamOf(int descriptor, const StreamMode& mode) {
+    std::FILE* stream = ::_fdopen(descriptor, mode.forRuntime);
+    if (stream == nullptr) ::_close(descriptor);
+    return stream;
+}
+
+bool CommitContent(std::FILE* stream) { return ::_commit(::_fileno(stream)) == 0; }
+
+// The file system writes its own journal for names.
+void CommitName(const wchar_t*) {}
 
 // The runtime forgets what it could not write by itself.
-bool CutBack(std::FILE* stream, std::int64_t size) {
-    std::clearerr(stream);
-    return ::_chsize_s(::_fileno(stream), size) == 0;
-}
-
-int fclose(std::FILE* stream) { return stream == nullptr ? EOF : std::fclose(stream); }
-
-bool CreateDirectoryW(const wchar_t* path) {
-    const auto folder = FindOnHost(path);
-    return folder && ::CreateDirectoryW(folder->c_str(), nullptr);
-}
-
-bool DeleteFileW(const wchar_t* path) {
-    const auto file = FindOnHost(path);
-    return file && ::DeleteFileW(file->c_str());
-}
-
-bool MoveFileW(const wchar_t* from, const wchar_t* to) {
-    const auto source = FindOnHost(from);
-    const auto target = FindOnHost(to);
-    return source && target && ::MoveFileW(source->c_str(), target->c_str());
-}
+bool DropAndCut(std::FILE* stream, std::int64_t size) { return ::_chsize_s(::_fileno(stream), size) == 0; }
 
 }  // namespace platform

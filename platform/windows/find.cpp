@@ -1,106 +1,100 @@
 // The system's searches, in name order and by long names only: its own order is the file system's, and its own
 // patterns also cover the short names that some file systems keep.
-#include "platform/find.h"
-
 #include <windows.h>
 
 #include <algorithm>
-#include <cwchar>
 #include <iterator>
-#include <map>
-#include <mutex>
 #include <string>
 #include <vector>
 
-#include "platform/device_path.h"
+#include "platform/letter_case.h"
+#include "platform/search.h"
 #include "platform/windows/host_path.h"
 
 namespace platform {
 
 namespace {
 
-struct Search {
-    std::vector<FindData> entries;
-    std::size_t next = 0;
-};
-
-// Never destroyed: a background thread may still search while the process ends.
-struct Searches {
-    std::mutex guard;
-    std::map<Handle, Search> running;
-    Handle nextHandle = 1;
-};
-
-Searches& TheSearches() {
-    static Searches& searches = *new Searches;
-    return searches;
+FileTime FileTimeOf(const FILETIME& time) {
+    return static_cast<FileTime>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
 }
 
-wchar_t Capital(wchar_t unit) {
-    ::CharUpperBuffW(&unit, 1);
-    return unit;
+// In literal paths the two names of every folder are names like others.
+std::wstring PathOf(const std::wstring& folder, const std::wstring& name) {
+    if (name == L".") return folder;
+    return name == L".." ? folder.substr(0, folder.rfind(L'\\')) : folder + L'\\' + name;
 }
 
-bool IsBefore(const FindData& a, const FindData& b) {
-    const int order = ::CompareStringOrdinal(a.name, -1, b.name, -1, TRUE);
-    return order == CSTR_EQUAL ? std::wcscmp(a.name, b.name) < 0 : order == CSTR_LESS_THAN;
-}
-
-FindData Entry(const WIN32_FIND_DATAW& found) {
-    FindData entry{};
-    entry.attributes = found.dwFileAttributes;
-    entry.lastWriteTime =
-        static_cast<FileTime>(found.ftLastWriteTime.dwHighDateTime) << 32 | found.ftLastWriteTime.dwLowDateTime;
-    std::copy(std::begin(found.cFileName), std::end(found.cFileName), entry.name);
-    return entry;
-}
-
-std::vector<FindData> ReadEntries(const std::wstring& path, const std::wstring& lastName) {
-    std::vector<FindData> entries;
-    WIN32_FIND_DATAW found;
-    const HANDLE search = ::FindFirstFileW(path.c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return entries;
-    do {
-        if (!HoldsWildcard(lastName) || MatchesPattern(found.cFileName, lastName, Capital))
-            entries.push_back(Entry(found));
-    } while (::FindNextFileW(search, &found));
-    ::FindClose(search);
-    std::sort(entries.begin(), entries.end(), IsBefore);
-    return entries;
-}
-
-bool Advance(Search& search, FindData* entry) {
-    if (search.next == search.entries.size()) return false;
-    *entry = search.entries[search.next++];
+// False for what is neither file nor folder, or has gone since.
+bool Describe(const std::wstring& folder, const std::wstring& name, FindData* found) {
+    const auto status = LookAt(PathOf(folder, name));
+    if (!status || name.size() >= std::size(found->name)) return false;
+    found->attributes = status->isFolder ? kDirectoryAttribute : 0;
+    found->lastWriteTime = FileTimeOf(status->lastWriteTime);
+    *std::copy(name.begin(), name.end(), found->name) = L'\0';
     return true;
+}
+
+class NameSearch : public Search {
+ public:
+    NameSearch(std::wstring folder, std::vector<std::wstring> names)
+        : m_folder(std::move(folder)), m_names(std::move(names)) {}
+
+    bool Advance(FindData* entry) override {
+        while (m_next < m_names.size())
+            if (Describe(m_folder, m_names[m_next++], entry)) return true;
+        return false;
+    }
+
+ private:
+    std::wstring m_folder;
+    std::vector<std::wstring> m_names;
+    std::size_t m_next = 0;
+};
+
+// As the system answers.
+std::vector<std::wstring> NamesOf(const std::wstring& hostPattern) {
+    std::vector<std::wstring> names;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = ::FindFirstFileW(hostPattern.c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return names;
+    do names.emplace_back(found.cFileName);
+    while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+    return names;
+}
+
+// The folder itself and its parent are entries of these two patterns alone, and not of the root.
+bool IsFound(const std::wstring& name, const std::wstring& pattern, const HostPath& folder) {
+    const bool isOfAll = pattern == L"*" || pattern == L"*.*";
+    if (name == L"." || name == L"..") return isOfAll && !folder.IsRoot();
+    return MatchesPattern(name, pattern, Capital);
+}
+
+// The folder's matching entries in name order.
+std::unique_ptr<Search> SearchFolder(DevicePath path) {
+    const std::wstring pattern = path.names.back();
+    path.names.pop_back();
+    const auto folder = FindOnHost(path);
+    if (!folder) return nullptr;
+    const std::wstring hostFolder = folder->IsRoot() ? folder->folder : folder->Text();
+    auto names = NamesOf(hostFolder + L'\\' + pattern);
+    std::erase_if(names, [&](const std::wstring& name) { return !IsFound(name, pattern, *folder); });
+    std::sort(names.begin(), names.end(), LessIgnoringCase);
+    return std::make_unique<NameSearch>(hostFolder, std::move(names));
+}
+
+std::unique_ptr<Search> SearchEntry(const DevicePath& path) {
+    const auto entry = FindOnHost(path);
+    return entry ? std::make_unique<NameSearch>(entry->folder, NamesOf(entry->Text())) : nullptr;
 }
 
 }  // namespace
 
-Handle FindFirstFileW(const wchar_t* pattern, FindData* entry) {
-    const auto parsed = ParseDevicePath(pattern);
-    const auto path = FindOnHost(pattern);
-    if (!parsed || IsNetworkPath(pattern) || parsed->names.empty() || parsed->endsInSeparator)
-        return kInvalidHandle;
-    Search search{ReadEntries(*path, parsed->names.back())};
-    if (!Advance(search, entry)) return kInvalidHandle;
-    Searches& searches = TheSearches();
-    const std::lock_guard lock(searches.guard);
-    searches.running.emplace(searches.nextHandle, std::move(search));
-    return searches.nextHandle++;
-}
-
-bool FindNextFileW(Handle search, FindData* entry) {
-    Searches& searches = TheSearches();
-    const std::lock_guard lock(searches.guard);
-    const auto running = searches.running.find(search);
-    return running != searches.running.end() && Advance(running->second, entry);
-}
-
-bool FindClose(Handle search) {
-    Searches& searches = TheSearches();
-    const std::lock_guard lock(searches.guard);
-    return searches.running.erase(search) != 0;
+std::unique_ptr<Search> MakeSearch(const wchar_t* pattern) {
+    const auto path = ParseDevicePath(pattern);
+    if (!path || IsNetworkPath(pattern) || path->names.empty() || path->endsInSeparator) return nullptr;
+    return HoldsWildcard(path->names.back()) ? SearchFolder(*path) : SearchEntry(*path);
 }
 
 }  // namespace platform

@@ -1,16 +1,72 @@
 #include "platform/windows/host_path.h"
 
-#include "platform/device_path.h"
+#include <algorithm>
+#include <cwchar>
+
+#include "platform/utf.h"
 
 namespace platform {
 
-std::optional<std::wstring> FindOnHost(const wchar_t* path) {
+namespace {
+
+// A lone surrogate is no text, and a colon would lead into another stream of the file.
+bool IsPossibleName(const std::wstring& name) {
+    return std::none_of(
+               name.begin(), name.end(),
+               [](wchar_t unit) { return unit < L' ' || std::wcschr(L"<>|\":*?", unit) != nullptr; }) &&
+           ToUtf16(ToUtf8(name)) == name;
+}
+
+bool IsDrive(const std::wstring& name) { return name.size() == 2 && name[1] == L':'; }
+
+std::wstring CurrentDrive() {
+    wchar_t folder[3] = L"";
+    std::wstring whole(::GetCurrentDirectoryW(0, nullptr), L'\0');
+    ::GetCurrentDirectoryW(static_cast<DWORD>(whole.size()), whole.data());
+    whole.copy(folder, 2);
+    return folder;
+}
+
+}  // namespace
+
+std::optional<HostPath> FindOnHost(const DevicePath& path) {
+    auto name = path.names.begin();
+    HostPath found{DeviceRoot(), L"", path.endsInSeparator};
+    if (found.folder.empty()) {
+        const bool hasDrive = name != path.names.end() && IsDrive(*name);
+        found.folder = L"\\\\?\\" + (hasDrive ? *name++ : CurrentDrive());
+    }
+    if (!std::all_of(name, path.names.end(), IsPossibleName)) return std::nullopt;
+    for (; name != path.names.end(); ++name) {
+        if (!found.IsRoot()) found.folder = found.Text();
+        found.name = *name;
+    }
+    return found;
+}
+
+std::optional<HostPath> FindOnHost(const wchar_t* path) {
     const auto parsed = ParseDevicePath(path);
-    if (!parsed) return std::nullopt;
-    if (DeviceRoot().empty()) return path;
-    std::wstring below = DeviceRoot();
-    for (const std::wstring& name : parsed->names) below += L'\\' + name;
-    return parsed->endsInSeparator || parsed->names.empty() ? below + L'\\' : below;
+    return parsed ? FindOnHost(*parsed) : std::nullopt;
+}
+
+std::optional<HostPath> FindFileOnHost(const wchar_t* path) {
+    auto found = FindOnHost(path);
+    if (found && (found->IsRoot() || found->endsInSeparator)) return std::nullopt;
+    return found;
+}
+
+std::optional<Found> LookAt(const std::wstring& hostPath) {
+    const HANDLE opened = ::CreateFileW(hostPath.c_str(), FILE_READ_ATTRIBUTES,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) return std::nullopt;
+    BY_HANDLE_FILE_INFORMATION status;
+    const bool isOnDisk = ::GetFileType(opened) == FILE_TYPE_DISK;
+    const bool isKnown = isOnDisk && ::GetFileInformationByHandle(opened, &status);
+    ::CloseHandle(opened);
+    if (!isKnown) return std::nullopt;
+    return Found{(status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                 (status.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0, status.ftLastWriteTime};
 }
 
 }  // namespace platform

@@ -1,16 +1,44 @@
-// From device paths (platform/device_path.h) to paths of the system.
+// From device paths (platform/device_path.h) to paths of the system, which are given to it in their literal
+// form
+// (\\?\...): so it neither limits them to 259 characters nor finds its own meaning in a name.
 #pragma once
+
+#include <windows.h>
 
 #include <optional>
 #include <string>
 
+#include "platform/device_path.h"
+
 namespace platform {
 
-// The folder given to SetDeviceRoot, with backslashes and without one at the end; empty when none was given.
+// The folder given to SetDeviceRoot in literal form, without a backslash at the end; empty when none was given.
 const std::wstring& DeviceRoot();
 
-// Without a device root the path as it is, so the system's own rules hold; with one, the path below it. Nothing
-// for a null, empty or overlong path.
-std::optional<std::wstring> FindOnHost(const wchar_t* path);
+// Where a device path leads on this machine.
+struct HostPath {
+    std::wstring folder;  // literal, without a backslash at the end
+    std::wstring name;    // empty: the path is the device's root
+    bool endsInSeparator;
+
+    std::wstring Text() const { return folder + L'\\' + name; }
+    bool IsRoot() const { return name.empty(); }
+};
+
+// Nothing when a name is none for a file. Without a device root a path that begins with a drive is that of the
+// machine, and every other one starts at the current drive's root.
+std::optional<HostPath> FindOnHost(const DevicePath& path);
+std::optional<HostPath> FindOnHost(const wchar_t* path);
+
+// The same for a path that may stand for a file: the root and paths that end in a separator do not.
+std::optional<HostPath> FindFileOnHost(const wchar_t* path);
+
+// What is there, a link followed to what it leads to; nothing when there is neither file nor folder.
+struct Found {
+    bool isFolder;
+    bool isReadOnly;
+    FILETIME lastWriteTime;
+};
+std::optional<Found> LookAt(const std::wstring& hostPath);
 
 }  // namespace platform

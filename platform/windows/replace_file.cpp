@@ -6,9 +6,8 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/code_page.h"
-#include "platform/device_path.h"
 #include "platform/file.h"
+#include "platform/utf.h"
 #include "platform/windows/host_path.h"
 
 namespace platform {
@@ -51,16 +50,27 @@ bool PutInPlace(const std::wstring& beside, const std::wstring& path, bool exist
 
 struct Target {
     std::wstring path;
-    bool exists;
+    std::optional<Found> existing;
 };
 
+// What a link leads to, not the link; the path itself where the system cannot say.
+std::wstring RealPath(const std::wstring& path) {
+    constexpr DWORD kLongestPath = 32768;
+    const HANDLE opened = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) return path;
+    std::wstring real(kLongestPath, L'\0');
+    real.resize(::GetFinalPathNameByHandleW(opened, real.data(), kLongestPath, VOLUME_NAME_DOS));
+    ::CloseHandle(opened);
+    return real.empty() ? path : real;
+}
+
 std::optional<Target> FindTarget(const wchar_t* path) {
-    const auto file = FindOnHost(path);
-    if (!file || HoldsWildcard(path)) return std::nullopt;
-    const DWORD attributes = ::GetFileAttributesW(file->c_str());
-    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
-    if (exists && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) != 0) return std::nullopt;
-    return Target{*file, exists};
+    const auto file = FindFileOnHost(path);
+    if (!file) return std::nullopt;
+    const auto existing = LookAt(file->Text());
+    if (existing && (existing->isFolder || existing->isReadOnly)) return std::nullopt;
+    return Target{existing ? RealPath(file->Text()) : file->Text(), existing};
 }
 
 enum class Exchanged { Yes, FolderClosed, No };
@@ -68,7 +78,8 @@ enum class Exchanged { Yes, FolderClosed, No };
 // Anything but Yes leaves the file as it was.
 Exchanged Exchange(const Target& target, const std::string& bytes) {
     const std::wstring beside = NameBeside(target.path);
-    if (WriteNewContent(beside, CREATE_NEW, bytes) && PutInPlace(beside, target.path, target.exists))
+    if (WriteNewContent(beside, CREATE_NEW, bytes) &&
+        PutInPlace(beside, target.path, target.existing.has_value()))
         return Exchanged::Yes;
     const bool isFolderClosed = ::GetLastError() == ERROR_ACCESS_DENIED;
     ::DeleteFileW(beside.c_str());
@@ -83,31 +94,13 @@ void SetWriteTime(const std::wstring& path, const FILETIME& time) {
     ::CloseHandle(file);
 }
 
-std::wstring FromUtf8(const std::string& text) {
-    std::wstring wide(text.size() + 1, L'\0');  // never more units than bytes
-    const int length =
-        MultiByteToWideChar(kUtf8CodePage, text.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
-    wide.resize(length == 0 ? 0 : static_cast<std::size_t>(length - 1));
-    return wide;
-}
-
-std::string ToUtf8(const wchar_t* text) {
-    const int size = WideCharToMultiByte(kUtf8CodePage, text, -1, nullptr, 0);
-    std::string utf8(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(kUtf8CodePage, text, -1, utf8.data(), size);
-    utf8.resize(utf8.size() - 1);
-    return utf8;
-}
-
 }  // namespace
 
 bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    WIN32_FILE_ATTRIBUTE_DATA old{};
-    const bool existed = ::GetFileAttributesExW(target->path.c_str(), GetFileExInfoStandard, &old) != 0;
     if (Exchange(*target, bytes) != Exchanged::Yes) return false;
-    if (existed) SetWriteTime(target->path, old.ftLastWriteTime);
+    if (target->existing) SetWriteTime(target->path, target->existing->lastWriteTime);
     return true;
 }
 
@@ -131,8 +124,8 @@ std::FILE* CreateTemporaryFile(std::string& path) {
     return stream;
 }
 
-std::FILE* OpenTemporaryFile(const std::string& path) { return ::_wfopen(FromUtf8(path).c_str(), L"rbN"); }
+std::FILE* OpenTemporaryFile(const std::string& path) { return ::_wfopen(ToUtf16(path).c_str(), L"rbN"); }
 
-bool DeleteTemporaryFile(const std::string& path) { return ::DeleteFileW(FromUtf8(path).c_str()); }
+bool DeleteTemporaryFile(const std::string& path) { return ::DeleteFileW(ToUtf16(path).c_str()); }
 
 }  // namespace platform

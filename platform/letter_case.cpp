@@ -1,4 +1,4 @@
-#include "platform/posix/letter_case.h"
+#include "platform/letter_case.h"
 
 #include <algorithm>
 
