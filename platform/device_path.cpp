@@ -9,17 +9,21 @@ namespace {
 
 bool IsSeparator(wchar_t unit) { return unit == L'\\' || unit == L'/'; }
 
-void Add(std::wstring_view name, bool isLast, DevicePath& path) {
+void Add(std::wstring_view name, DevicePath& path) {
     if (name.empty() || name == L".") return;
-    if (name == L"..") {
-        if (!path.names.empty()) path.names.pop_back();
-        return;
-    }
-    const std::wstring kept = isLast ? WithoutDotsAndBlanksAtEnd(name) : std::wstring(name);
-    if (kept.empty())
-        path.endsInSeparator = true;
-    else
-        path.names.push_back(kept);
+    if (name != L"..")
+        path.names.emplace_back(name);
+    else if (!path.names.empty())
+        path.names.pop_back();
+}
+
+// A last name of nothing but dots and blanks is none: the path ends before it.
+void TrimLastName(DevicePath& path) {
+    if (path.names.empty()) return;
+    path.names.back() = WithoutDotsAndBlanksAtEnd(path.names.back());
+    if (!path.names.back().empty()) return;
+    path.names.pop_back();
+    path.endsInSeparator = true;
 }
 
 }  // namespace
@@ -29,12 +33,12 @@ std::optional<DevicePath> ParseDevicePath(const wchar_t* path) {
     const std::wstring_view text(path, wcsnlen(path, kPathLimit));
     if (text.empty() || text.size() >= kPathLimit) return std::nullopt;
     DevicePath parsed{{}, IsSeparator(text.back())};
-    const std::size_t lastUnit = text.find_last_not_of(L"\\/");
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find_first_of(L"\\/", start), text.size());
-        Add(text.substr(start, end - start), end > lastUnit, parsed);
+        Add(text.substr(start, end - start), parsed);
         start = end + 1;
     }
+    TrimLastName(parsed);
     return parsed;
 }
 

@@ -74,11 +74,11 @@ int Utf8FromWide(const wchar_t* at, const wchar_t* end, Destination<char> bytes)
     return bytes.Count();
 }
 
-// A lead byte takes whatever follows it; at the end of the text it stands for no character.
+// A lead byte takes whatever follows it but a terminator; without a byte to take it stands for no character.
 wchar_t ReadUnit(const CodePageTable& table, const char*& at, const char* end) {
     const auto first = static_cast<unsigned char>(*at++);
     if (!table.isLead[first]) return table.units[first];
-    if (at == end) return L'?';
+    if (at == end || *at == '\0') return L'?';
     return table.units[static_cast<unsigned>(first << 8 | static_cast<unsigned char>(*at++))];
 }
 

@@ -16,6 +16,17 @@ namespace {
 
 constexpr std::uint16_t kMissing = '?';
 
+// The bytes that begin two-byte characters. The converter knows those of its own characters alone, not those of
+// the areas that users may fill.
+struct LeadBytes {
+    unsigned codePage;
+    unsigned first;
+    unsigned last;
+};
+
+constexpr LeadBytes kLeadBytes[] = {
+    {932, 0x81, 0x9F}, {932, 0xE0, 0xFC}, {936, 0x81, 0xFE}, {949, 0x81, 0xFE}, {950, 0x81, 0xFE}};
+
 // One direction of the system's converter.
 class Converter {
  public:
@@ -90,6 +101,9 @@ class TableMaker {
             m_table->isLead[byte] = !unit;
             if (unit) m_table->units[byte] = *unit;
         }
+        for (const LeadBytes& leads : kLeadBytes)
+            for (unsigned byte = leads.first; leads.codePage == m_codePage && byte <= leads.last; ++byte)
+                m_table->isLead[byte] = true;
     }
 
     bool HoldsAscii() const {
@@ -117,12 +131,14 @@ class TableMaker {
         if (m_codePage == 936) AddChineseUserDefined();
     }
 
-    // The three areas that users of page 936 may fill, in the order of their characters U+E000 to U+E765.
+    // The three areas that users of page 936 may fill, in the order of their characters U+E000 to U+E765, and
+    // then whatever else is left of the page, up to U+E864.
     void AddChineseUserDefined() {
         unsigned unit = 0xE000;
         AddRows(0xAA, 0xAF, 0xA1, 0xFE, unit);
         AddRows(0xF8, 0xFE, 0xA1, 0xFE, unit);
         AddRows(0xA1, 0xA7, 0x40, 0xA0, unit);
+        AddRows(0x81, 0xFE, 0x40, 0xFE, unit);
         Add(0x80, 0x20AC);
         m_table->isLead[0xFF] = false;
         Add(0xFF, 0xF8F5);
@@ -132,11 +148,14 @@ class TableMaker {
                  unsigned& unit) {
         for (unsigned lead = firstLead; lead <= lastLead; ++lead)
             for (unsigned trail = firstTrail; trail <= lastTrail; ++trail)
-                if (trail != 0x7F) Add(lead << 8 | trail, unit++);
+                if (trail != 0x7F && Add(lead << 8 | trail, unit)) ++unit;
     }
 
-    void Add(unsigned code, unsigned unit) {
-        if (m_table->units[code] == kMissing) m_table->units[code] = static_cast<std::uint16_t>(unit);
+    // False when the converter has that one.
+    bool Add(unsigned code, unsigned unit) {
+        if (m_table->units[code] != kMissing) return false;
+        m_table->units[code] = static_cast<std::uint16_t>(unit);
+        return true;
     }
 
     void FillCodes() {

@@ -28,8 +28,11 @@ int MultiByteToWideChar(unsigned codePage, const char* source, int length, wchar
     return ::MultiByteToWideChar(Resolved(codePage), 0, source, length, destination, size);
 }
 
+// No character becomes a similar one: it could be the separator of a path.
 int WideCharToMultiByte(unsigned codePage, const wchar_t* source, int length, char* destination, int size) {
-    return ::WideCharToMultiByte(Resolved(codePage), 0, source, length, destination, size, nullptr, nullptr);
+    const unsigned page = Resolved(codePage);
+    const DWORD flags = page == kUtf8CodePage ? 0 : WC_NO_BEST_FIT_CHARS;
+    return ::WideCharToMultiByte(page, flags, source, length, destination, size, nullptr, nullptr);
 }
 
 bool CanBeAnsiCodePage(unsigned codePage) {
