@@ -1,9 +1,7 @@
 // Documents of other programs: all are read, and what is read is written and read again.
 #include <map>
 
-#include "tests/gpx/gpx_fixture.h"
-#include "tests/support/process.h"
-#include "tests/support/recorded_data.h"
+#include "tests/gpx/recorded_gpx.h"
 #include "track/track.h"
 
 namespace {
@@ -65,41 +63,7 @@ const std::map<std::string, int> kPointsOfFirstTrack = {
     {"derived-crlf-bom.gpx", 41},
 };
 
-// The positions of the first trk, found by a plain search in the text.
-std::vector<std::pair<double, double>> PositionsOf(std::string text) {
-    if (text.starts_with("\xFF\xFE")) std::erase(text, '\0');
-    for (std::size_t at = text.find("<!--"); at != text.npos; at = text.find("<!--"))
-        text.erase(at, text.find("-->", at) + 3 - at);
-    std::size_t at = std::min(text.find("<trk>"), text.find("<trk "));
-    const std::size_t end = text.find("</trk>", at);
-    const auto attribute = [&text](std::size_t from, const std::string& name) {
-        const std::size_t value = text.find(name + "=", from) + name.size() + 2;
-        return std::strtod(text.c_str() + value, nullptr);
-    };
-    std::vector<std::pair<double, double>> positions;
-    for (at = text.find("<trkpt", at); at < end; at = text.find("<trkpt", at + 1))
-        positions.emplace_back(attribute(at, " lat"), attribute(at, " lon"));
-    return positions;
-}
-
-std::vector<std::pair<double, double>> PositionsOf(const Points& points) {
-    std::vector<std::pair<double, double>> positions;
-    for (const TckPt& point : points) positions.emplace_back(point.dLatitude, point.dLongitude);
-    return positions;
-}
-
 }  // namespace
-
-class RecordedGpx : public GpxTest {
- protected:
-    void SetUp() override {
-        if (RecordedFiles("gpx").empty()) GTEST_SKIP() << "no recorded data here";
-    }
-    void CopyToTrackFolder(const std::filesystem::path& file) {
-        std::filesystem::remove_all(OnDisk("\\Track"));
-        Write("\\Track\\imported.gpx", ReadFile(file));
-    }
-};
 
 TEST_F(RecordedGpx, EveryFile_HasTheStatedPointsInItsFirstTrack) {
     int files = 0;
@@ -182,15 +146,4 @@ TEST_F(RecordedGpx, TrackThatIsSavedAndLoaded_HasTheSamePoints) {
             }
         }
     }
-}
-
-TEST_F(RecordedGpx, BigFile_IsReadWhole) {
-    const auto packed = RecordedFile("gpx", "derived-big.gpx.gz");
-    ASSERT_TRUE(packed);
-    const ProcessResult unpacked = RunProcess({"gzip", "-dc", packed->string()});
-    if (unpacked.exitCode != 0) GTEST_SKIP() << "no gzip here";
-    Imported imported;
-    EXPECT_TRUE(Import(unpacked.out, imported));
-    EXPECT_EQ(imported.points.size(), 23403u);
-    EXPECT_EQ(PositionsOf(imported.points), PositionsOf(unpacked.out));
 }

@@ -11,6 +11,7 @@
 #include "gpx/gpx.h"
 #include "platform/clock.h"
 #include "tests/gpx/gpx_fixture.h"
+#include "tests/support/c_number.h"
 #include "util/text.h"
 #include "util/time.h"
 
@@ -88,9 +89,8 @@ class ReferenceReader {
             info.color = static_cast<std::uint32_t>(std::atoi(ElementText(color).c_str()));
         if (const Node* visible = own->first_node("visible"))
             info.visible = std::atoi(ElementText(visible).c_str()) != 0;
-        if (const Node* length = own->first_node("length"))
-            info.length = std::atof(ElementText(length).c_str());
-        if (const Node* area = own->first_node("area")) info.area = std::atof(ElementText(area).c_str());
+        if (const Node* length = own->first_node("length")) info.length = RealByCLibrary(ElementText(length));
+        if (const Node* area = own->first_node("area")) info.area = RealByCLibrary(ElementText(area));
         if (const Node* start = own->first_node("starttime")) info.startTime = Time(start);
         if (const Node* end = own->first_node("endtime")) info.endTime = Time(end);
     }
@@ -100,10 +100,9 @@ class ReferenceReader {
         for (const Node* node = segment->first_node("trkpt"); node != nullptr;
              node = node->next_sibling("trkpt")) {
             if (node->first_attribute("lat") == nullptr || node->first_attribute("lon") == nullptr) continue;
-            point.dLatitude = std::atof(AttributeText(node, "lat").c_str());
-            point.dLongitude = std::atof(AttributeText(node, "lon").c_str());
-            if (const Node* ele = node->first_node("ele"))
-                point.dAltitude = std::atof(ElementText(ele).c_str());
+            point.dLatitude = RealByCLibrary(AttributeText(node, "lat"));
+            point.dLongitude = RealByCLibrary(AttributeText(node, "lon"));
+            if (const Node* ele = node->first_node("ele")) point.dAltitude = RealByCLibrary(ElementText(ele));
             if (const Node* time = node->first_node("time")) point.lTime = Time(time);
             points.push_back(point);
         }
@@ -127,7 +126,7 @@ class ReferenceReader {
 
     static void ReadBound(const Node* bounds, const char* name, float& field) {
         if (bounds->first_attribute(name) != nullptr)
-            field = static_cast<float>(std::atof(AttributeText(bounds, name).c_str()));
+            field = static_cast<float>(RealByCLibrary(AttributeText(bounds, name)));
     }
 
     static std::string AttributeText(const Node* node, const char* name) {

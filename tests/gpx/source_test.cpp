@@ -1,35 +1,7 @@
 // What is done to a file before it is parsed: its line ends and its encoding.
-#include "gpx/gpx_source.h"
-
-#include <cstdlib>
-
 #include "platform/device.h"
-#include "tests/gpx/gpx_fixture.h"
-#include "tests/support/ordinary_user.h"
-
-class GpxSource : public GpxTest {
- protected:
-    GpxSource() { Write("\\Track\\a.gpx", ""); }
-
-    // The file after it was read.
-    std::string Rewritten(const std::string& text) {
-        Write("\\Track\\a.gpx", text);
-        Parsed();
-        return BytesOf("\\Track\\a.gpx");
-    }
-    // What goes to the parser.
-    std::string Parsed() { return gpx::LoadSource(L"\\Track\\a.gpx", m_encoding); }
-    std::int32_t EncodingOf(const std::string& text) {
-        Write("\\Track\\a.gpx", text);
-        Parsed();
-        return m_encoding;
-    }
-
-    std::int32_t m_encoding = -1;
-};
-
-using GpxLineEnds = GpxSource;
-using GpxEncoding = GpxSource;
+#include "tests/gpx/source_fixture.h"
+#include "tests/support/machine.h"
 
 TEST_F(GpxLineEnds, LineFeeds_BecomeCrLfInTheFile) {
     EXPECT_EQ(Rewritten("<gpx>\n<trk/>\n</gpx>\n"), "<gpx>\r\n<trk/>\r\n</gpx>\r\n");
@@ -88,8 +60,9 @@ TEST_F(GpxLineEnds, ByteOrderMark_StaysInFront) {
 TEST_F(GpxLineEnds, Rights_AreKept) {
     Write("\\Track\\a.gpx", "a\n");
     std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0640));
+    const auto rights = std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions();
     EXPECT_EQ(Parsed(), "a\r\n");
-    EXPECT_EQ(std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions(), std::filesystem::perms(0640));
+    EXPECT_EQ(std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions(), rights);
 }
 
 // Another name of the same file shows whether it was written over.
@@ -103,22 +76,9 @@ TEST_F(GpxLineEnds, File_IsExchangedNotWrittenOver) {
 
 TEST_F(GpxLineEnds, ReadOnlyFile_IsReadAsItIs) {
     Write("\\Track\\a.gpx", "a\n\nb");
-    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0444));
+    MakeReadOnly("\\Track\\a.gpx");
     EXPECT_EQ(Parsed(), "a\n\nb");
     EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "a\n\nb");
-}
-
-TEST_F(GpxLineEnds, FolderWhereNothingCanBeMade_LeavesTheFileAsItIs) {
-    Write("\\Track\\a.gpx", "a\n");
-    std::filesystem::permissions(m_root.Path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0666));
-    std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0555));
-    {
-        const AsOrdinaryUser user;
-        EXPECT_EQ(Parsed(), "a\n");
-    }
-    std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0755));
-    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "a\n");
 }
 
 TEST_F(GpxLineEnds, Folder_HoldsNothingElseAfterwards) {
@@ -180,12 +140,11 @@ std::size_t TemporaryFiles() {
 // The system's temporary folder for as long as this exists.
 class OwnTemporaryFolder {
  public:
-    OwnTemporaryFolder() { ::setenv("TMPDIR", m_folder.Path().c_str(), 1); }
-    ~OwnTemporaryFolder() { ::unsetenv("TMPDIR"); }
     const std::filesystem::path& Path() const { return m_folder.Path(); }
 
  private:
     TemporaryFolder m_folder;
+    EnvironmentVariable m_variable{kTemporaryFolderVariable, ToUtf8(m_folder.Path())};
 };
 
 }  // namespace
@@ -249,10 +208,9 @@ TEST_F(GpxEncoding, TemporaryFile_IsGoneWhetherTheDocumentIsReadOrRefused) {
 }
 
 TEST_F(GpxEncoding, NoTemporaryFile_IsRefused) {
-    ::setenv("TMPDIR", "/nowhere/at/all", 1);
+    const EnvironmentVariable missing(kTemporaryFolderVariable, ToUtf8(m_root.Path() / "nowhere"));
     Imported imported;
     EXPECT_FALSE(Import("\xFF\xFE" + LittleEndian(u"<gpx/>"), imported));
-    ::unsetenv("TMPDIR");
 }
 
 // Texts are taken for UTF-8 whatever the declaration and the detection say.

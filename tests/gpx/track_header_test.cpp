@@ -4,6 +4,7 @@
 #include <ctime>
 
 #include "tests/gpx/gpx_fixture.h"
+#include "tests/support/machine.h"
 #include "util/time.h"
 
 class GpxTrackHeader : public GpxTest {
@@ -163,15 +164,12 @@ TEST_F(GpxTrackHeader, TimeThatIsCutAt31Bytes_LosesItsTail) {
 
 // In a place whose clocks show something else.
 TEST_F(GpxTrackHeader, EmptyTime_IsNowInUtc) {
-    ::setenv("TZ", "NPT-5:45", 1);
-    ::tzset();
+    const TimeZone kathmandu("NPT-5:45");
     const auto before = static_cast<std::int32_t>(std::time(nullptr));
     const std::int32_t read = Read("<starttime></starttime><endtime/>").startTime;
     const auto after = static_cast<std::int32_t>(std::time(nullptr));
     EXPECT_TRUE(before <= read && read <= after);
     EXPECT_TRUE(before <= m_imported.info.endTime && m_imported.info.endTime <= after);
-    ::unsetenv("TZ");
-    ::tzset();
 }
 
 TEST_F(GpxTrackHeader, TimeInCdata_IsRead) {

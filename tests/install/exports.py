@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Compares the dynamic symbols of the shared library with the public interface.
+"""Compares the names that the shared library exports with the public interface.
 
-    exports.py LIBRARY
+    exports.py LIBRARY [OBJDUMP]     a .dll is read by the objdump of its target
 
 Every symbol must belong to a public class or be a public function, and each of those must be there.
 """
@@ -19,9 +19,19 @@ FUNCTIONS = {
 }
 
 
+def output(*command, **options):
+    return subprocess.run(command, check=True, capture_output=True, text=True, **options).stdout
+
+
 def dynamic_symbols(library):
-    listing = subprocess.run(["nm", "-D", "--defined-only", "-C", library], check=True, capture_output=True, text=True)
-    return [line.split(maxsplit=2)[2] for line in listing.stdout.splitlines()]
+    listing = output("nm", "-D", "--defined-only", "-C", library)
+    return [line.split(maxsplit=2)[2] for line in listing.splitlines()]
+
+
+def dll_symbols(library, objdump):
+    table = output(objdump, "-p", library).partition("[Ordinal/Name Pointer] Table")[2].partition("\n\n")[0]
+    names = re.findall(r"^\s*\[\s*\d+\]\s+(?:\+base\[\s*\d+\]\s+\w+\s+)?(\S+)$", table, re.MULTILINE)
+    return output("c++filt", input="\n".join(names)).splitlines()
 
 
 def owner(symbol):
@@ -31,7 +41,8 @@ def owner(symbol):
 
 
 def main():
-    symbols = dynamic_symbols(sys.argv[1])
+    library, *objdump = sys.argv[1:]
+    symbols = dll_symbols(library, *objdump) if objdump else dynamic_symbols(library)
     found = {owner(symbol) for symbol in symbols}
     foreign = sorted(symbol for symbol in symbols if owner(symbol) not in CLASSES | FUNCTIONS)
     missing = sorted((CLASSES | FUNCTIONS) - found)

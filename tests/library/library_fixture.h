@@ -2,9 +2,6 @@
 // insert. Documents as text: tests/library/gpx_text.h. Private operations: tests/library/inside.h.
 #pragma once
 
-#include <fcntl.h>
-#include <sys/stat.h>
-
 #include <ctime>
 #include <memory>
 #include <set>
@@ -17,14 +14,13 @@
 #include "tests/library/gpx_text.h"
 #include "tests/library/inside.h"
 #include "tests/support/device.h"
+#include "tests/support/machine.h"
 
 using Points = std::vector<TckPt, je_allocator<TckPt>>;
 
 class LibraryTest : public DeviceTest {
  protected:
     LibraryTest() {
-        setenv("TZ", "TST-05:45", 1);  // so that a local time is no UTC
-        tzset();
         Settings().Init();
         Settings().SetNdUserDataPath(Text("\\App\\UserData"));
         Settings().SetNdExtTrackPath(Text("\\App\\UserData\\Track"));
@@ -41,8 +37,6 @@ class LibraryTest : public DeviceTest {
                          &CTrackMangSet::SetSdExtTrackPath, &CTrackMangSet::SetSdTmpTrackAutoSavePath})
             (Settings().*set)(Text(""));
         CTrack::SetDefaultColor(0x00FF0000);
-        unsetenv("TZ");
-        tzset();
     }
 
     static CTrackMan& Library() { return *CTrackMan::Instance(); }
@@ -83,17 +77,15 @@ class LibraryTest : public DeviceTest {
     }
     StoredTrack Stored(const std::string& file) const { return ReadBack(BytesOf(PathOf(file))); }
 
-    void SetWritten(const std::string& devicePath, long seconds) const {
-        const timespec times[] = {{seconds, 0}, {seconds, 0}};
-        if (utimensat(AT_FDCWD, OnDisk(devicePath).c_str(), times, 0) != 0)
-            throw std::runtime_error("cannot set the time of " + devicePath);
+    void SetWritten(const std::string& devicePath, std::int64_t seconds) const {
+        SetLastWriteTime(OnDisk(devicePath), seconds);
     }
 
     // Files of a folder, with their extension, by name.
     std::vector<std::string> FilesIn(const std::string& folder) const {
         std::set<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(OnDisk(folder)))
-            names.insert(entry.path().filename().string());
+            names.insert(ToUtf8(entry.path().filename()));
         return {names.begin(), names.end()};
     }
 
@@ -148,12 +140,14 @@ class LibraryTest : public DeviceTest {
     }
 
     inline static std::string s_text;
+
+    const TimeZone m_zone{"TST-05:45"};  // so that a local time is no UTC
 };
 
 // The local clock as "2014-05-01 140509", by the C library.
 inline std::string LocalTimeText() {
-    const std::time_t now = std::time(nullptr);
+    const std::tm now = LocalTime(std::time(nullptr));
     char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%d %H%M%S", std::localtime(&now));
+    std::strftime(text, sizeof text, "%Y-%m-%d %H%M%S", &now);
     return text;
 }

@@ -1,15 +1,23 @@
 // Loading runs on a thread of its own: what others see of it, what it calls, and what is left when it is
 // stopped.
-#include <sys/resource.h>
-#include <unistd.h>
-
 #include <atomic>
-#include <semaphore>
 
 #include "tests/library/library_fixture.h"
 #include "tests/library/log_on_disk.h"
 
 namespace {
+
+// Opens once for one who waits.
+class Gate {
+ public:
+    void Open() { m_isOpen = true; }
+    void Pass() {
+        while (!m_isOpen.exchange(false)) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+
+ private:
+    std::atomic<bool> m_isOpen = false;
+};
 
 // The map layer of a host, which is told that the library is loaded.
 struct Map {
@@ -17,26 +25,26 @@ struct Map {
     inline static std::atomic<bool> wasLoading{false};
     inline static std::atomic<unsigned long> tracks{0};
     inline static std::atomic<std::thread::id> caller{};
-    inline static std::atomic<pid_t> systemsNumber{0};  // of the calling thread
-    inline static std::binary_semaphore entered{0};
-    inline static std::binary_semaphore mayLeave{0};
+    inline static std::atomic<int> niceness{0};  // of the calling thread
+    inline static Gate entered;
+    inline static Gate mayLeave;
 
     static void OnLoaded() {
         wasLoading = CTrackMan::Instance()->IsLoadingDataToMap();
         tracks = CTrackMan::Instance()->GetCnt();
         caller = std::this_thread::get_id();
-        systemsNumber = gettid();
+        niceness = NicenessOfThisThread();
         ++calls;
     }
     static void OnLoadedAndHold() {
         OnLoaded();
-        entered.release();
-        mayLeave.acquire();
+        entered.Open();
+        mayLeave.Pass();
     }
     static void OnLoadedAndStop() {
         OnLoaded();
         CTrackMan::Instance()->StopLoadDataToMapThread();
-        entered.release();
+        entered.Open();
     }
     static void OnLoadedAndLoadOnceMore() {
         OnLoaded();
@@ -73,10 +81,10 @@ TEST_F(LoadingThread, LoadCallback_RunsOnTheLoadingThreadWithTheWholeList) {
 TEST_F(LoadingThread, Flag_IsSetUntilTheCallbackHasReturned) {
     Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
     Library().LoadData();
-    Map::entered.acquire();
+    Map::entered.Pass();
     EXPECT_TRUE(Library().IsLoadingDataToMap());
     EXPECT_TRUE(Map::wasLoading);
-    Map::mayLeave.release();
+    Map::mayLeave.Open();
     WaitUntilLoaded();
     EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
 }
@@ -85,20 +93,20 @@ TEST_F(LoadingThread, Thread_IsKnownWhileItRuns) {
     EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
     Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
     Library().LoadData();
-    Map::entered.acquire();
+    Map::entered.Pass();
     EXPECT_TRUE(TrackManInside::KnowsLoadThread(Library()));
-    Map::mayLeave.release();
+    Map::mayLeave.Open();
     WaitUntilLoaded();
 }
 
 TEST_F(LoadingThread, Thread_HasLessPriorityThanTheHost) {
-    const int hosts = getpriority(PRIO_PROCESS, 0);
-    if (hosts == 19) GTEST_SKIP() << "the host has the least priority there is";
+    const int hosts = NicenessOfThisThread();
+    if (hosts == kGreatestNiceness) GTEST_SKIP() << "the host has the least priority there is";
     Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
     Library().LoadData();
-    Map::entered.acquire();
-    EXPECT_GT(getpriority(PRIO_PROCESS, static_cast<id_t>(Map::systemsNumber)), hosts);
-    Map::mayLeave.release();
+    Map::entered.Pass();
+    EXPECT_GT(Map::niceness, hosts);
+    Map::mayLeave.Open();
     WaitUntilLoaded();
 }
 
@@ -113,9 +121,9 @@ TEST_F(LoadingThread, FixesDuringALoad_AreDroppedNotQueued) {
     Library().Start();
     Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
     Library().LoadData();
-    Map::entered.acquire();
+    Map::entered.Pass();
     Ride(0, 100);
-    Map::mayLeave.release();
+    Map::mayLeave.Open();
     WaitUntilLoaded();
     Ride(100, 161);
     Library().Stop();
@@ -215,7 +223,7 @@ TEST_F(LoadingThread, StopFromInsideTheCallback_EndsTheLoadAndKeepsTheFlag) {
     Store("walk");
     Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndStop);
     Library().LoadData();
-    Map::entered.acquire();
+    Map::entered.Pass();
     EXPECT_FALSE(TrackManInside::KnowsLoadThread(Library()));
     EXPECT_TRUE(Library().IsLoadingDataToMap());
     Library().SetLoadTrackToMapCallFun(Map::OnLoaded);
@@ -268,11 +276,8 @@ TEST_F(LoadingThread, InitDuringALoad_EndsIt) {
 }
 
 TEST_F(LoadingThread, ManyLoads_LeaveNoThreadBehind) {
-    const auto threads = [] {
-        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
-    };
     Load();
-    const auto before = threads();
+    const auto before = RunningThreads();
     for (int i = 0; i < 50; ++i) Load();
-    EXPECT_LE(threads(), before + 2);  // the last may still be on its way out
+    EXPECT_LE(RunningThreads(), before + 2);  // the last may still be on its way out
 }

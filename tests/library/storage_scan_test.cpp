@@ -33,8 +33,7 @@ TEST_F(StorageScan, Extension_IsMatchedInAnyLetterCaseAndWhole) {
 
 TEST_F(StorageScan, LastWriteTime_IsUtcWithoutItsFraction) {
     Store("walk");
-    const timespec times[] = {{1400000000, 999999999}, {1400000000, 999999999}};
-    ASSERT_EQ(utimensat(AT_FDCWD, OnDisk(PathOf("walk")).c_str(), times, 0), 0);
+    SetLastWriteTime(OnDisk(PathOf("walk")), 1400000000, 999999999);
     Scan("\\App\\UserData\\Track");
     EXPECT_EQ(TrackManInside::ScanRecords(Library()).at(0).second, 1400000000);
     Load();

@@ -1,24 +1,15 @@
 // A file's content exchanged in one step or not at all; what else is done to a file's content: file_test.cpp.
 #include <gtest/gtest.h>
 
-#include "platform/file.h"
-#include "tests/support/device.h"
-#include "tests/support/ordinary_user.h"
-
-class ExchangeFile : public DeviceTest {
- protected:
-    std::size_t FilesIn(const std::string& folder) const {
-        const auto entries = std::filesystem::directory_iterator(OnDisk(folder));
-        return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-    }
-};
+#include "tests/platform/exchange_file_fixture.h"
 
 TEST_F(ExchangeFile, FileThatIsThere_GetsTheContentAndKeepsItsRights) {
     Write("\\Track\\a.gpx", "old");
     std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0604));
+    const auto rights = std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions();
     EXPECT_TRUE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new content"));
     EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "new content");
-    EXPECT_EQ(std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions(), std::filesystem::perms(0604));
+    EXPECT_EQ(std::filesystem::status(OnDisk("\\Track\\a.gpx")).permissions(), rights);
     EXPECT_EQ(FilesIn("\\Track"), 1u);
 }
 
@@ -41,23 +32,8 @@ TEST_F(ExchangeFile, FileThatIsThere_IsNeverWrittenOver) {
 
 TEST_F(ExchangeFile, ReadOnlyFile_StaysAsItIs) {
     Write("\\Track\\a.gpx", "old");
-    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0444));
+    MakeReadOnly("\\Track\\a.gpx");
     EXPECT_FALSE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
     EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
     EXPECT_EQ(FilesIn("\\Track"), 1u);
-}
-
-TEST_F(ExchangeFile, ClosedFolder_LeavesEvenAWritableFileAsItIs) {
-    Write("\\Track\\a.gpx", "old");
-    std::filesystem::permissions(m_root.Path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0555));
-    std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0666));
-    {
-        const AsOrdinaryUser user;
-        EXPECT_FALSE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
-        EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
-        EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "direct"));
-    }
-    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "direct");
-    std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0755));
 }

@@ -1,69 +1,15 @@
 // Background threads that end by consent.
-#include "platform/thread.h"
-
-#include <signal.h>
-#include <sys/resource.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <chrono>
 #include <cstdlib>
 #include <future>
-#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/platform/thread_work.h"
+
 namespace {
 
 using namespace platform;
-
-void Pause() { std::this_thread::sleep_for(std::chrono::milliseconds(1)); }
-
-// One thread's work: it runs until it is asked to stop.
-struct Work {
-    std::atomic<bool> hasBegun = false;
-    std::atomic<bool> hasEnded = false;
-    std::atomic<bool> mayRun = true;
-    std::atomic<int> niceness = 0;
-    std::atomic<bool> hostSignalBlocked = false;
-
-    static unsigned long UntilStopped(void* argument) {
-        Work& work = *static_cast<Work*>(argument);
-        work.hasBegun = true;
-        while (!StopRequested()) Pause();
-        work.hasEnded = true;
-        return 0;
-    }
-
-    // Until the test lets it end: a stop request is not heard.
-    static unsigned long UntilReleased(void* argument) {
-        Work& work = *static_cast<Work*>(argument);
-        work.hasBegun = true;
-        while (work.mayRun) {
-            work.niceness = getpriority(PRIO_PROCESS, static_cast<id_t>(gettid()));
-            Pause();
-        }
-        work.hasEnded = true;
-        return 0;
-    }
-
-    static unsigned long Once(void* argument) {
-        sigset_t blocked;
-        pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
-        Work& work = *static_cast<Work*>(argument);
-        work.hostSignalBlocked = sigismember(&blocked, SIGTERM) == 1 && sigismember(&blocked, SIGSEGV) == 0;
-        work.hasEnded = true;
-        return 0;
-    }
-
-    void WaitUntilBegun() const {
-        while (!hasBegun) Pause();
-    }
-    void WaitUntilEnded() const {
-        while (!hasEnded) Pause();
-    }
-};
 
 TEST(Thread, Body_GetsItsArgument) {
     Work work;
@@ -186,14 +132,14 @@ TEST(Thread, HandleThatIsNone_IsHarmless) {
 
 TEST(Thread, BelowNormalPriority_MakesThatThreadNicer) {
     Work work;
-    const int before = getpriority(PRIO_PROCESS, 0);
+    const int before = NicenessOfThisThread();
     const Handle thread = CreateThread(Work::UntilReleased, &work);
     EXPECT_TRUE(SetThreadPriority(thread, 4));
-    if (before < 19) {
+    if (before < kGreatestNiceness) {
         for (int waited = 0; work.niceness <= before && waited < 5000; ++waited) Pause();
         EXPECT_GT(work.niceness, before);
     }
-    EXPECT_EQ(getpriority(PRIO_PROCESS, 0), before);
+    EXPECT_EQ(NicenessOfThisThread(), before);
     work.mayRun = false;
     EXPECT_TRUE(TerminateThread(thread));
 }
@@ -204,16 +150,6 @@ TEST(Thread, PriorityOfAnEndedThread_IsTrue) {
     ASSERT_TRUE(TerminateThread(thread));
     EXPECT_TRUE(SetThreadPriority(thread, 4));
     EXPECT_TRUE(CloseHandle(thread));
-}
-
-TEST(Thread, HostSignals_StayWithTheHost) {
-    Work work;
-    const Handle thread = CreateThread(Work::Once, &work);
-    ASSERT_TRUE(TerminateThread(thread));
-    EXPECT_TRUE(work.hostSignalBlocked);
-    sigset_t blocked;
-    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
-    EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);
 }
 
 TEST(Thread, MayBeStoppedFromSeveralThreads) {

@@ -21,6 +21,7 @@
 #include "record/settings.h"
 #include "tests/support/device.h"
 #include "tests/support/files_in_memory.h"
+#include "tests/support/machine.h"
 
 using Points = std::vector<TckPt, je_allocator<TckPt>>;
 
@@ -201,12 +202,4 @@ auto WithExactAge(std::int32_t time, Ask ask) {
         const auto answer = ask(before - time);
         if (now() == before) return answer;
     }
-}
-
-// Open file handles of this process; -1 where the system does not tell.
-inline int OpenHandles() {
-    std::error_code missing;
-    std::filesystem::directory_iterator handles("/proc/self/fd", missing);
-    if (missing) return -1;
-    return static_cast<int>(std::distance(std::filesystem::begin(handles), std::filesystem::end(handles)));
 }

@@ -230,7 +230,7 @@ TEST_F(LogTrackOpening, Appending_DoesNotTouchTheHeadFile) {
 TEST_F(LogTrackOpening, OpenTwice_KeepsEveryPointAndLeaksNoHandle) {
     ASSERT_TRUE(Open(10));
     Record(7);
-    const int handles = OpenHandles();
+    const auto handles = OpenHandles();
     for (int again = 0; again < 5; ++again) EXPECT_TRUE(m_track->OpenEx());
     EXPECT_EQ(OpenHandles(), handles);
     EXPECT_EQ(Times(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6}));
@@ -259,7 +259,7 @@ TEST_F(LogTrackOpening, Closing_ForgetsTheSlicesAndMayBeDoneTwice) {
 TEST_F(LogTrackOpening, NeverOpened_MayBeClosed) { EXPECT_TRUE(CTrackEx().CloseEx()); }
 
 TEST_F(LogTrackOpening, Destructor_ClosesBothFiles) {
-    const int handles = OpenHandles();
+    const auto handles = OpenHandles();
     {
         CTrackEx track(10);
         track.SetFilePathEx("Log.dat", "LogHd.dat");
@@ -296,7 +296,7 @@ TEST_F(LogTrackOpening, Copy_HasTheTracksValuesButNeitherFilesNorSlices) {
 
 TEST_F(LogTrackOpening, FolderInThePlaceOfThePointFile_IsRefusedAndLeaksNothing) {
     std::filesystem::create_directory(OnDisk(kPointFile));
-    const int handles = OpenHandles();
+    const auto handles = OpenHandles();
     for (int attempt = 0; attempt < 3; ++attempt) EXPECT_FALSE(Open(10));
     for (int attempt = 0; attempt < 3; ++attempt) EXPECT_FALSE(m_track->OpenEx());
     EXPECT_FALSE(Record(1));

@@ -177,7 +177,7 @@ TEST_F(LogTrackRecovery, NowhereToKeepIt_StillSalvages) {
 
 TEST_F(LogTrackRecovery, Recovery_LeaksNoHandle) {
     Open(10);
-    const int handles = OpenHandles();
+    const auto handles = OpenHandles();
     for (int time = 0; time < 3; ++time) {
         Close();
         Write(kPointFile, "damaged");
@@ -202,7 +202,7 @@ class RecoveryWalk : public LogTrackRecovery {
  protected:
     std::vector<int> Found(const std::string& bytes, int step, int size) {
         WriteFile(m_root.Path() / "walked", bytes);
-        std::FILE* file = std::fopen((m_root.Path() / "walked").c_str(), "rb");
+        std::FILE* file = std::fopen((m_root.Path() / "walked").string().c_str(), "rb");
         Walker track(1000);
         track.RecoverPtList(file, step, size);
         std::fclose(file);

@@ -206,7 +206,7 @@ TEST_F(LogTrackSlices, SlicesSaved_TakeTheHeadDataAlong) {
 
 TEST_F(LogTrackSlices, SavedAgainAndAgain_LeaksNoHandle) {
     Open(10);
-    const int handles = OpenHandles();
+    const auto handles = OpenHandles();
     for (int time = 0; time < 3; ++time) EXPECT_TRUE(m_track->SaveSliceData());
     EXPECT_EQ(OpenHandles(), handles);
 }

@@ -1,29 +1,22 @@
 #include "tests/support/device.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 
 #include "platform/device.h"
+#include "tests/support/machine.h"
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-    std::string pattern = (fs::temp_directory_path() / "qtrace-test-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder can be made");
-    m_path = pattern;
-}
+TemporaryFolder::TemporaryFolder() : m_path(MakeTemporaryFolder()) {}
 
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code ignored;
-    fs::remove_all(m_path, ignored);
-}
+TemporaryFolder::~TemporaryFolder() { RemoveFolder(m_path); }
 
 DeviceTest::DeviceTest() {
     fs::create_directory(m_root.Path() / "App");
-    SetDeviceRoot(m_root.Path().string());
+    SetDeviceRoot(ToUtf8(m_root.Path()));
     SetProgramFolder(L"\\App");
     SetAnsiCodePage(936);
 }
@@ -39,7 +32,7 @@ fs::path DeviceTest::OnDisk(const std::string& devicePath) const {
     std::string relative = devicePath;
     std::replace(relative.begin(), relative.end(), '\\', '/');
     relative.erase(0, relative.find_first_not_of('/'));
-    return m_root.Path() / relative;
+    return AnyLength(m_root.Path() / FromUtf8(relative));
 }
 
 std::string DeviceTest::BytesOf(const std::string& devicePath) const { return ReadFile(OnDisk(devicePath)); }
@@ -51,14 +44,18 @@ void DeviceTest::Write(const std::string& devicePath, const std::string& bytes) 
 
 bool DeviceTest::Exists(const std::string& devicePath) const { return fs::exists(OnDisk(devicePath)); }
 
+void DeviceTest::MakeReadOnly(const std::string& devicePath) const {
+    fs::permissions(OnDisk(devicePath), fs::perms(0444));
+}
+
 std::string ReadFile(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    if (!stream) throw std::runtime_error("cannot read " + file.string());
+    if (!stream) throw std::runtime_error("cannot read " + ToUtf8(file));
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 void WriteFile(const fs::path& file, const std::string& bytes) {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    if (!stream.flush()) throw std::runtime_error("cannot write " + file.string());
+    if (!stream.flush()) throw std::runtime_error("cannot write " + ToUtf8(file));
 }

@@ -32,6 +32,7 @@ class DeviceTest : public ::testing::Test {
     std::string BytesOf(const std::string& devicePath) const;
     void Write(const std::string& devicePath, const std::string& bytes) const;
     bool Exists(const std::string& devicePath) const;
+    void MakeReadOnly(const std::string& devicePath) const;
 
     TemporaryFolder m_root;
 };

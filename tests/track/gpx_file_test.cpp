@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/device.h"
+#include "tests/support/machine.h"
 #include "tests/track/track_fixture.h"
 #include "track/geodesy.h"
 
@@ -31,9 +32,7 @@ std::string Decimals(double value) {
 
 // The local clock as GPX texts have it.
 std::string ClockText() {
-    const std::time_t now = std::time(nullptr);
-    std::tm fields;
-    localtime_r(&now, &fields);
+    const std::tm fields = LocalTime(std::time(nullptr));
     char text[64];
     std::snprintf(text, sizeof text, "%d-%02d-%02dT%02d:%02d:%02dZ", fields.tm_year + 1900, fields.tm_mon + 1,
                   fields.tm_mday, fields.tm_hour, fields.tm_min, fields.tm_sec);
@@ -143,14 +142,11 @@ TEST_F(TrackGpxSave, TitleAndPath_AreInTheAnsiCodePage) {
 }
 
 TEST_F(TrackGpxSave, Metadata_IsTheLocalClockAndATrackTextOfIt) {
-    setenv("TZ", "<+0545>-5:45", 1);
-    tzset();
+    const TimeZone kathmandu("<+0545>-5:45");
     OpenTrack track = TrackOf(kTriangle);
     const std::string before = ClockText();
     const std::string document = Saved(track);
     const std::string after = ClockText();
-    unsetenv("TZ");
-    tzset();
 
     const std::string time = ElementOf(document, "time");
     EXPECT_LE(before, time);

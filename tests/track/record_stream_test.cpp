@@ -135,7 +135,7 @@ TEST(RecordStreamSave, TwiceOnOneStream_IsTheSameAsOnce) {
 TEST(RecordStreamSave, WriteError_IsNotLookedFor) {
     const TemporaryFolder folder;
     WriteFile(folder.Path() / "readonly", "untouched");
-    std::FILE* stream = std::fopen((folder.Path() / "readonly").c_str(), "rb");
+    std::FILE* stream = std::fopen((folder.Path() / "readonly").string().c_str(), "rb");
     ASSERT_NE(stream, nullptr);
     EXPECT_TRUE(TrackOf(kThreeFixes).Save(stream));
     std::fclose(stream);
@@ -152,7 +152,7 @@ TEST(RecordStreamSave, LeavesTheTrackAsItWas) {
 
 TEST(RecordStreamHeader, Saved_IsInTheFileBeforeTheStreamCloses) {
     const TemporaryFolder folder;
-    std::FILE* stream = std::fopen((folder.Path() / "head").c_str(), "wb+");
+    std::FILE* stream = std::fopen((folder.Path() / "head").string().c_str(), "wb+");
     ASSERT_NE(stream, nullptr);
     OpenTrack track;
     track.TakeHeader(kHeader);

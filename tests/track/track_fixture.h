@@ -7,6 +7,7 @@
 #include <string>
 #include <type_traits>
 
+#include "tests/support/machine.h"
 #include "tests/support/points.h"
 #include "track/track.h"
 
@@ -49,7 +50,7 @@ inline std::string StreamBytes(const TrackHeader& header, const Points& pts) {
 // A stream of its own, gone at the end.
 class TemporaryStream {
  public:
-    explicit TemporaryStream(const std::string& content = "") : m_stream(std::tmpfile()) {
+    explicit TemporaryStream(const std::string& content = "") : m_stream(MakeTemporaryFile()) {
         if (m_stream == nullptr) throw std::runtime_error("no temporary file can be made");
         std::fwrite(content.data(), 1, content.size(), m_stream);
         std::rewind(m_stream);

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/c_number.h"
 #include "tests/support/german_locale.h"
 #include "tests/support/seed.h"
 
@@ -44,7 +45,7 @@ std::uint64_t Bits(double value) {
 // The C library reads the same text; its process locale is the C locale unless a test changes it.
 ::testing::AssertionResult ReadsAsAtof(const std::string& text) {
     const double ours = numbers::ParseReal(text);
-    const double expected = std::atof(text.c_str());
+    const double expected = RealByCLibrary(text);
     if (std::isnan(expected) ? std::isnan(ours) && std::signbit(ours) == std::signbit(expected)
                              : Bits(ours) == Bits(expected))
         return ::testing::AssertionSuccess();
@@ -279,6 +280,7 @@ TEST(WriteReal, RandomBits_AreWrittenAsPrintfWritesThem) {
         const std::uint64_t bits = random();
         double value;
         std::memcpy(&value, &bits, sizeof value);
+        if (std::isnan(value)) continue;  // not every C library writes its sign
         ASSERT_EQ(Written(value), Printed(value)) << bits;
     }
 }

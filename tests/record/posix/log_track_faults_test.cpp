@@ -1,7 +1,5 @@
 // Storage that takes no more and files that change under an open recording: nothing crashes, and memory stays
-// in step with what was accepted. POSIX only, where a process can be forbidden to let files grow.
-#if __has_include(<sys/resource.h>)
-
+// in step with what was accepted. On POSIX, where a process can be forbidden to let files grow.
 #include <sys/resource.h>
 
 #include <csignal>
@@ -175,5 +173,3 @@ TEST_F(LogTrackFaults, FileDeletedWhileOpen_RecordsOnUntilItIsClosed) {
     EXPECT_TRUE(m_track->SaveSliceData());
     EXPECT_EQ(Ring(), (RingState{0, 5}));
 }
-
-#endif

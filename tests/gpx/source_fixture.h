@@ -1,0 +1,29 @@
+// A file as it is on its way to the parser.
+#pragma once
+
+#include "gpx/gpx_source.h"
+#include "tests/gpx/gpx_fixture.h"
+
+class GpxSource : public GpxTest {
+ protected:
+    GpxSource() { Write("\\Track\\a.gpx", ""); }
+
+    // The file after it was read.
+    std::string Rewritten(const std::string& text) {
+        Write("\\Track\\a.gpx", text);
+        Parsed();
+        return BytesOf("\\Track\\a.gpx");
+    }
+    // What goes to the parser.
+    std::string Parsed() { return gpx::LoadSource(L"\\Track\\a.gpx", m_encoding); }
+    std::int32_t EncodingOf(const std::string& text) {
+        Write("\\Track\\a.gpx", text);
+        Parsed();
+        return m_encoding;
+    }
+
+    std::int32_t m_encoding = -1;
+};
+
+using GpxLineEnds = GpxSource;
+using GpxEncoding = GpxSource;

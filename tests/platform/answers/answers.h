@@ -1,0 +1,29 @@
+// What the platform services answer, printed: one line a call. Every build prints the same lines, but for those
+// that tests/builds/differences.txt names with their reason (scripts/compare-builds).
+#pragma once
+
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+namespace answers {
+
+// Prints "call => answer".
+void Print(const std::string& call, const std::string& answer);
+
+// The units, or bytes, in hexadecimal: "4e2d 0061".
+std::string Hex(std::wstring_view units);
+std::string Hex(std::string_view bytes);
+
+// A path as it is written in C, with what is not ASCII in hexadecimal.
+std::string Quoted(std::wstring_view path);
+
+inline std::string YesNo(bool answer) { return answer ? "true" : "false"; }
+
+void CodePages();
+void Calendar();
+void Searches();
+void FileNames();
+
+}  // namespace answers

@@ -1,0 +1,15 @@
+#include "tests/support/machine.h"
+
+#include <cstdlib>
+
+EnvironmentVariable::EnvironmentVariable(const char* name, const std::string& value) : m_name(name) {
+    if (const char* before = std::getenv(name)) m_before = before;
+    SetEnvironment(name, value);
+}
+
+EnvironmentVariable::~EnvironmentVariable() {
+    if (m_before)
+        SetEnvironment(m_name, *m_before);
+    else
+        ClearEnvironment(m_name);
+}
