@@ -7,6 +7,7 @@
 
 #include "host/configuration.h"
 #include "host/configuration_text.h"
+#include "host/device_folder.h"
 #include "host/json.h"
 #include "host/program.h"
 #include "host/replace_file.h"
@@ -34,7 +35,8 @@ std::string ValueOf(const Setting& setting) {
 
 std::string OriginOf(const Configuration& configuration, const Setting& setting) {
     if (configuration.IsFromFile(setting.key)) return "file";
-    return setting.option->count() != 0 ? "command line" : "default";
+    if (setting.option->count() != 0) return "command line";
+    return setting.key == "device" && IsDeviceInEnvironment() ? "environment" : "default";
 }
 
 int PrintAll(CLI::App& app, bool json) {

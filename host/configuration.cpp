@@ -9,6 +9,7 @@
 #include <system_error>
 
 #include "host/configuration_text.h"
+#include "host/device_folder.h"
 
 namespace fs = std::filesystem;
 
@@ -108,7 +109,8 @@ std::optional<std::string> Configuration::Take(const std::string& text, int numb
     if (!setting) return key + " is no setting";
     const auto [earlier, isFirst] = m_lines.try_emplace(key, number);
     if (!isFirst) return key + " is set in line " + std::to_string(earlier->second) + " already";
-    if (setting->option->count() != 0) {  // the command line goes first
+    // The command line goes first, and then the environment.
+    if (setting->option->count() != 0 || (key == "device" && IsDeviceInEnvironment())) {
         m_lines.erase(earlier);
         return std::nullopt;
     }

@@ -28,6 +28,8 @@ fs::path DefaultDeviceFolder() {
     return home.empty() ? home : home / ".local" / "share" / "qtrace";
 }
 
+bool IsDeviceInEnvironment() { return !FromEnvironment("QTRACE_DEVICE").empty(); }
+
 DeviceFolder::DeviceFolder(const HostSettings& settings)
     : m_root(fs::absolute(settings.device).lexically_normal()),
       m_tracks(m_root / settings.tracks),

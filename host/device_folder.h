@@ -20,6 +20,9 @@ inline constexpr const char* kUserDataFolder = "\\UserData";
 // $QTRACE_DEVICE, else $XDG_DATA_HOME/qtrace, else ~/.local/share/qtrace; empty when none of the three is set.
 std::filesystem::path DefaultDeviceFolder();
 
+// Whether $QTRACE_DEVICE names it: then the configuration file does not.
+bool IsDeviceInEnvironment();
+
 class DeviceFolder {
  public:
     explicit DeviceFolder(const HostSettings& settings);

@@ -7,6 +7,7 @@
 
 #include "host/choice.h"
 #include "host/library.h"
+#include "host/named_tracks.h"
 #include "host/program.h"
 #include "host/text.h"
 #include "host/track_document.h"
@@ -51,8 +52,8 @@ int Export(const Arguments& arguments, const HostSettings& settings, Writer writ
     const Library library(settings);
     std::vector<DocumentTrack> tracks;
     for (std::size_t i = 0; i + 1 < arguments.words.size(); ++i) {
-        CTrackProxy* track = library.Find(FromUtf8(arguments.words[i]));
-        if (track == nullptr) return Fail("no track named " + arguments.words[i]);
+        CTrackProxy* track = TrackNamed(library, arguments.words[i]);
+        if (track == nullptr) return FailForName("export", arguments.words[i]);
         std::optional<DocumentTrack> read = ReadTrack(*track);
         if (!read) return Fail("the points of " + arguments.words[i] + " cannot be read");
         tracks.push_back(std::move(*read));

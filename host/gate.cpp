@@ -44,7 +44,7 @@ std::optional<Fix> Gate::Pass(Fix fix, std::optional<std::int64_t> now) {
     Mend(fix, now);
     const auto reason = WhyNot(fix, now);
     if (!reason) return Accept(fix, m_isHdopTrusted && fix.hdop > m_settings.maxHdop);
-    if (*reason != GateReason::NoPlace && AgreesWithRefused(fix)) {
+    if (*reason != GateReason::NoPlace && AgreesWithRefused(fix, now)) {
         ++m_counts.accepted;
         m_isClockTrusted = !(now && fix.lTime > *now + kDay);
         return Accept(fix, *reason == GateReason::Hdop);
@@ -75,21 +75,23 @@ std::optional<GateReason> Gate::WhyNot(const Fix& fix, std::optional<std::int64_
     if (!IsPlace(fix)) return GateReason::NoPlace;
     if (!m_isHdopTrusted && fix.hdop > m_settings.maxHdop) return GateReason::Hdop;
     if (m_isClockTrusted && now && fix.lTime > *now + kDay) return GateReason::TimeAhead;
-    return m_last ? WhyNotBehind(*m_last, fix) : std::nullopt;
+    return m_last ? WhyNotBehind(*m_last, fix, now) : std::nullopt;
 }
 
 // Times are whole seconds: within one of them the way may take that second.
-std::optional<GateReason> Gate::WhyNotBehind(const Fix& last, const Fix& fix) const {
+// After a pause of days the clock, where it can be trusted, says that the time is right.
+std::optional<GateReason> Gate::WhyNotBehind(const Fix& last, const Fix& fix, std::optional<std::int64_t> now) const {
     const double seconds = static_cast<double>(fix.lTime) - last.lTime;
     if (seconds < 0) return GateReason::TimeBack;
-    if (seconds > kDay) return GateReason::TimeAhead;
+    const bool isOfToday = now && std::abs(fix.lTime - *now) <= kDay;
+    if (seconds > kDay && !isOfToday) return GateReason::TimeAhead;
     if (Metres(last, fix) > m_settings.maxSpeed * std::max(seconds, 1.0)) return GateReason::Speed;
     return std::nullopt;
 }
 
 // Counts this one in. The fix that makes the number full is the first that passes.
-bool Gate::AgreesWithRefused(const Fix& fix) {
-    const bool agrees = m_refused && !WhyNotBehind(*m_refused, fix);
+bool Gate::AgreesWithRefused(const Fix& fix, std::optional<std::int64_t> now) {
+    const bool agrees = m_refused && !WhyNotBehind(*m_refused, fix, now);
     m_agreeing = agrees ? m_agreeing + 1 : 1;
     m_refused = fix;
     return m_agreeing >= kAgreeing;

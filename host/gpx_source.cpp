@@ -37,6 +37,7 @@ std::optional<std::string> ReadTrack(const std::string& file, CTrack& track) {
     std::error_code problem;
     if (fs::is_directory(file, problem)) return std::make_error_code(std::errc::is_a_directory).message();
     const CopyFolder folder;
+    if (folder.Path().empty()) return "there is no temporary folder for a copy of it";
     fs::copy_file(file, folder.Path() / "copy.gpx", problem);
     if (problem) return problem.message();
     SetDeviceRoot(folder.Path().string());

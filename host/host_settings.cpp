@@ -28,6 +28,10 @@ std::string DevicePath(const std::string& folder) {
     return path;
 }
 
+std::string CheckDevice(const std::string& folder) {
+    return folder.empty() ? "the device folder needs a name" : "";
+}
+
 std::string CheckFolder(const std::string& folder) {
     const std::filesystem::path path(folder);
     const bool good = !path.empty() && path.is_relative() && folder.find('\\') == std::string::npos &&
@@ -57,8 +61,9 @@ void AddSettings(CLI::App& app, HostSettings& settings) {
     const auto add = [&app](const std::string& name, auto& value, const std::string& help) {
         return app.add_option(name, value, help)->group("Settings")->capture_default_str();
     };
-    auto* device =
-        add("--device", settings.device, "Folder of the recording and the saved tracks")->type_name("DIR");
+    auto* device = add("--device", settings.device, "Folder of the recording and the saved tracks")
+                       ->type_name("DIR")
+                       ->check(CLI::Validator(CheckDevice, ""));
     if (settings.device.empty()) device->required();  // there is no home folder
     add("--tracks", settings.tracks, "Folder of the saved tracks in it")
         ->type_name("DIR")

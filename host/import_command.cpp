@@ -9,6 +9,7 @@
 #include "host/library.h"
 #include "host/program.h"
 #include "host/same_track.h"
+#include "host/storable_altitude.h"
 #include "host/text.h"
 #include "host/track_name.h"
 
@@ -29,18 +30,11 @@ std::string WantedName(const Arguments& arguments, const std::string& file, cons
     return file == "-" ? "track" : std::filesystem::path(file).stem().string();
 }
 
-// A stored document leaves an altitude of 0 out, and a point without one is read with that of the point before
-// it; -0 is written.
-double StorableAltitude(double altitude) { return altitude == 0 ? -0.0 : altitude; }
-
 void FillTrack(CTrack& track, const GpxTrack& read) {
-    const bool hasAltitudes = std::any_of(read.points.begin(), read.points.end(),
-                                          [](const TckPt& point) { return point.dAltitude != 0; });
     if (read.color) track.SetColor(*read.color);
-    for (TckPt point : read.points) {
-        if (hasAltitudes) point.dAltitude = StorableAltitude(point.dAltitude);
-        track.AppendPt(point, false);
-    }
+    auto points = read.points;
+    MakeAltitudesStorable(points);
+    for (const TckPt& point : points) track.AppendPt(point, false);
 }
 
 void StoreTrack(const Library& library, const GpxTrack& read, ImportedTrack& report) {

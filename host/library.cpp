@@ -28,6 +28,8 @@ std::vector<CTrackProxy*> Library::Tracks() const {
 }
 
 CTrackProxy* Library::Find(const std::string& name) const {
+    if (const int exact = m_manager.GetTrackSel(name); exact >= 0)
+        return m_manager.GetTrack(static_cast<unsigned long>(exact));
     if (CTrackProxy* track = m_manager.GetTrack(name)) return track;
     if (CTrackProxy* track = m_manager.GetTrackByFile(name)) return track;
     const std::filesystem::path file(name);

@@ -22,7 +22,8 @@ class Library {
     // Newest saved first. Handles are the library's, valid until one is deleted.
     std::vector<CTrackProxy*> Tracks() const;
 
-    // By display name, or else by file name with or without ".gpx"; letter case is ignored. Null if there is
+    // By display name, or else by file name with or without ".gpx"; letter case is ignored, but
+    // a name of exactly that case goes first. Null if there is
     // none.
     CTrackProxy* Find(const std::string& name) const;
 

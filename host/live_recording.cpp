@@ -178,6 +178,7 @@ void LiveRecording::AfterWriting() {
     const std::uint64_t before = m_pointsAdded;
     CountAdded();
     if (m_pointsAdded == before && !WasFull()) return;
+    if (WasFull() && !std::exchange(m_isFullTold, true)) m_say("the recording is full: it takes no more fixes");
     s_recorded.waiting = 0;
     CheckFile();
 }

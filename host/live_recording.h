@@ -97,6 +97,7 @@ class LiveRecording {
     std::vector<SavedTrack> m_automaticSaves;
     std::set<std::filesystem::path> m_knownFiles;  // tracks that are no automatic save to be looked at
     int m_troubles = 0;
+    bool m_isFullTold = false;
     bool m_isFileComplete = true;  // or the user was told
 };
 

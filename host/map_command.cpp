@@ -10,6 +10,7 @@
 #include "host/library.h"
 #include "host/map_options.h"
 #include "host/map_svg.h"
+#include "host/named_tracks.h"
 #include "host/output_file.h"
 #include "host/program.h"
 #include "host/text.h"
@@ -32,9 +33,9 @@ std::optional<std::vector<CTrackProxy*>> TracksAskedFor(const Library& library,
                                                         const std::vector<std::string>& names) {
     std::vector<CTrackProxy*> tracks;
     for (const std::string& name : names) {
-        CTrackProxy* track = library.Find(FromUtf8(name));
+        CTrackProxy* track = TrackNamed(library, name);
         if (track == nullptr) {
-            Fail("no track named " + name);
+            FailForName("map", name);
             return std::nullopt;
         }
         if (std::find(tracks.begin(), tracks.end(), track) == tracks.end()) tracks.push_back(track);

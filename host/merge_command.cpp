@@ -34,11 +34,12 @@ long EndOf(const StoredTrack& track) {
     return last == track.points.rend() ? 0 : last->lTime;
 }
 
-// Those that know no time come last, as the user named them.
+// Those that know no time come first, as the user named them: behind others, their points would be read with
+// the time of the last one before them.
 void SortByTime(std::vector<StoredTrack>& tracks) {
     std::stable_sort(tracks.begin(), tracks.end(), [](const StoredTrack& a, const StoredTrack& b) {
         const long first = StartOf(a), second = StartOf(b);
-        return first != 0 && (second == 0 || first < second);
+        return second != 0 && (first == 0 || first < second);
     });
 }
 

@@ -24,6 +24,9 @@ bool IsGpx(const fs::path& file) {
 }
 
 std::string WhyUnreadable(const fs::path& file) {
+    std::error_code special;
+    if (!fs::is_regular_file(file, special))
+        return "it is no file";  // opening a pipe would wait for its other end
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(file.c_str(), "rbe"), &std::fclose);
     if (!opened) return std::strerror(errno);
     std::error_code unknown;
@@ -42,10 +45,7 @@ void AddUnlisted(const fs::path& folder, const std::set<fs::path>& listed, std::
 }  // namespace
 
 CTrackProxy* TrackNamed(const Library& library, const std::string& name) {
-    const std::string wanted = FromUtf8(name);
-    CTrackMan& manager = library.Manager();
-    const int exact = manager.GetTrackSel(wanted);
-    return exact >= 0 ? manager.GetTrack(static_cast<unsigned long>(exact)) : library.Find(wanted);
+    return library.Find(FromUtf8(name));
 }
 
 int FailForName(const std::string& command, const std::string& name) {

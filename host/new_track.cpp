@@ -7,6 +7,7 @@
 #include "host/display_width.h"
 #include "host/named_tracks.h"
 #include "host/program.h"
+#include "host/storable_altitude.h"
 #include "host/text.h"
 #include "host/track_name.h"
 
@@ -36,7 +37,9 @@ std::optional<std::string> StorePoints(const Library& library, const Points& poi
     track.SetName(name.c_str());
     track.SetColor(like.color);
     track.SetVisible(like.visible);
-    for (const TckPt& point : points) track.AppendPt(point, false);
+    Points storable = points;
+    MakeAltitudesStorable(storable);
+    for (const TckPt& point : storable) track.AppendPt(point, false);
     if (const auto problem = library.Store(track)) return problem;
     CTrackProxy* stored = library.Find(name);
     const auto readBack = stored == nullptr ? std::nullopt : ReadStoredTrack(stored->GetTrackPath());

@@ -54,10 +54,14 @@ std::string Lower(std::string text) {
     return text;
 }
 
+constexpr int kUsualPort = 80;  // browsers leave it out
+
 bool IsOurHost(const std::string& host, int port) {
     const std::string suffix = ':' + std::to_string(port);
-    const std::array<std::string, 3> ours = {"127.0.0.1" + suffix, "localhost" + suffix, "[::1]" + suffix};
-    return std::find(ours.begin(), ours.end(), Lower(host)) != ours.end();
+    const std::array<std::string, 3> ours = {"127.0.0.1", "localhost", "[::1]"};
+    return std::any_of(ours.begin(), ours.end(), [&](const std::string& name) {
+        return Lower(host) == name + suffix || (port == kUsualPort && Lower(host) == name);
+    });
 }
 
 bool IsOurOwn(const httplib::Request& request, int port) {

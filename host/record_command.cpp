@@ -46,7 +46,9 @@ int Begin(const RecordArguments& arguments, LiveRecording& recording) {
 }
 
 // What there is to say when the input gave no point. Having been stopped before the first one is no failure.
-int NothingRecorded(const FixSource& source, const RecordedInput& read) {
+int NothingRecorded(const FixSource& source, const LiveRecording& recording, const RecordedInput& read) {
+    if (recording.WasFull() && source.Counts().fixes != 0)
+        return Fail("the recording is full: it takes no more fixes unless it may overwrite");
     if (read.end == FixSource::Got::Stopped) return kDone;
     const SourceCounts counts = source.Counts();
     if (counts.fixes == 0)
@@ -125,7 +127,7 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
     PrintRecording(recording, settings.record);
     const bool isBroken = read.end == FixSource::Got::Error;
     if (isBroken) Fail(source.Name() + " cannot be read on: " + source.Problem());
-    if (recording.PointsAdded() == 0) return NothingRecorded(source, read);
+    if (recording.PointsAdded() == 0) return NothingRecorded(source, recording, read);
     const int result = Conclude(device, recording, arguments, *name);
     StayOpen(page, read);
     return isBroken ? kFailed : result;

@@ -1,6 +1,7 @@
 // `qtrace salvage`: what is left of a damaged recording becomes a GPX file. How records are found:
 // host/salvage.h.
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 
@@ -36,16 +37,15 @@ void PrintRuns(const std::vector<SalvagedRecord>& records, std::ostream& out) {
 
 bool SearchFile(const std::string& name, std::vector<SalvagedRecord>& found, std::ostream& out) {
     const FileBytes file = ReadWholeFile(name, kLargest);
-    if (!file.problem.empty()) {
-        Fail(name + " cannot be read: " + file.problem);
-        return false;
-    }
+    const bool isWhole = file.problem.empty();
+    if (!isWhole) Fail(name + " cannot be read" + (file.bytes.empty() ? ": " : " to its end: ") + file.problem);
+    if (file.bytes.empty() && !isWhole) return false;
     const std::vector<SalvagedRecord> records = FindRecords(file.bytes);
     out << name << ": " << Counted(records.size(), "record", "records") << " in "
         << Counted(file.bytes.size(), "byte", "bytes") << '\n';
     PrintRuns(records, out);
     found.insert(found.end(), records.begin(), records.end());
-    return true;
+    return isWhole;
 }
 
 void PrintSummary(const std::string& file, std::size_t records, const std::vector<Segment>& slices,
@@ -64,8 +64,13 @@ void PrintSummary(const std::string& file, std::size_t records, const std::vecto
 int Salvage(const Arguments& arguments) {
     std::ostream& out = arguments.output == "-" ? std::cerr : std::cout;
     std::vector<SalvagedRecord> records;
-    for (const std::string& file : arguments.files)
-        if (!SearchFile(file, records, out)) return kFailed;
+    bool allWhole = true;
+    for (const std::string& file : arguments.files) {
+        std::error_code unknown;
+        if (std::filesystem::equivalent(file, arguments.output, unknown))
+            return Fail(arguments.output + " is one of the files to be read");
+        allWhole = SearchFile(file, records, out) && allWhole;
+    }
     const std::vector<TckPt> points = PointsOf(records);
     if (points.empty()) return Fail("no valid record is left; nothing was written");
     const std::vector<Segment> slices = SlicesOf(points);
@@ -73,7 +78,7 @@ int Salvage(const Arguments& arguments) {
     if (!output.Problem()) WriteGpx({{"Salvaged", 0xff0000, slices}}, output.Sink());
     if (const auto problem = output.Finish()) return Fail(*problem);
     PrintSummary(arguments.output, records.size(), slices, out);
-    return kDone;
+    return allWhole ? kDone : kFailed;
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ namespace fs = std::filesystem;
 namespace host {
 namespace {
 
-constexpr double kAsWritten = 1e-6;  // [deg] positions have six decimals in a file
+constexpr double kAsWritten = 1e-6;          // [deg] positions have six decimals in a file
+constexpr double kAltitudeAsWritten = 0.01;  // [m] in single precision
 
 std::string BytesOf(const fs::path& file) {
     std::ifstream in(file, std::ios::binary);
@@ -42,10 +43,14 @@ int TryToFill(int descriptor, std::size_t bytes) {
 // The file of before, in the system's temporary folder; empty when not even that can be written.
 fs::path KeepCopy(const fs::path& file, const std::string& bytes) {
     std::error_code problem;
-    const fs::path copy = fs::temp_directory_path(problem) / ("qtrace-" + file.filename().string());
-    std::ofstream out(copy, std::ios::binary);
-    out << bytes << std::flush;
-    return out ? copy : fs::path();
+    std::string copy =
+        (fs::temp_directory_path(problem) / ("qtrace-XXXXXX" + file.extension().string())).string();
+    const int made = ::mkostemps(copy.data(), static_cast<int>(file.extension().string().size()), O_CLOEXEC);
+    if (made < 0) return {};
+    const bool isKept =
+        ::write(made, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) && ::fsync(made) == 0;
+    ::close(made);
+    return isKept ? fs::path(copy) : fs::path();
 }
 
 // What has become of a file whose change does not show. `before`: its bytes, and the track in it.
@@ -77,7 +82,8 @@ std::optional<StoredTrack> ReadStoredTrack(const std::string& path) {
 bool SamePoints(const Points& a, const Points& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const TckPt& p, const TckPt& q) {
         return p.lTime == q.lTime && std::fabs(p.dLatitude - q.dLatitude) <= kAsWritten &&
-               std::fabs(p.dLongitude - q.dLongitude) <= kAsWritten;
+               std::fabs(p.dLongitude - q.dLongitude) <= kAsWritten &&
+               std::fabs(p.dAltitude - q.dAltitude) <= kAltitudeAsWritten;
     });
 }
 

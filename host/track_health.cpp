@@ -14,7 +14,9 @@ std::vector<fs::path> TrackFilesIn(const fs::path& folder) {
     std::vector<fs::path> files;
     std::error_code missing;
     for (const auto& entry : fs::directory_iterator(folder, missing))
-        if (CLI::detail::to_lower(entry.path().extension().string()) == ".gpx") files.push_back(entry.path());
+        if (std::error_code special; CLI::detail::to_lower(entry.path().extension().string()) == ".gpx" &&
+                                     entry.is_regular_file(special))
+            files.push_back(entry.path());
     std::sort(files.begin(), files.end());
     return files;
 }

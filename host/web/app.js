@@ -106,7 +106,7 @@ async function takeList() {
     if (known && known.revision === info.revision) return known;
     return { ...makeTrack(info), shown: known && known.touched ? known.shown : info.shown };
   });
-  for (const id of before.keys()) if (!trackOf(id)) removeTrack(view, id);
+  for (const id of before.keys()) if (!trackOf(id)?.shown) removeTrack(view, id);
   if (!selectedTrack()) state.selected = null;
   drawTracks();
   await Promise.all(state.tracks.filter((track) => track.shown).map(loadPoints));
