@@ -74,6 +74,6 @@ int main(int argc, char** argv) {
         return ReadAndCopy(argv[2], argc > 3 ? argv[3] : nullptr);
     Measure(1000, true);
     Measure(10'000, true);
-    Measure(100'000, false);
+    Measure(100'000, true);
     return 0;
 }

@@ -64,16 +64,16 @@ std::size_t ReadFiles(const fs::path& folder) {
 
 void MeasureScan(std::size_t count) {
     const BenchDevice device;
+    const fs::path folder = device.Root() / "Library";
+    fs::create_directory(folder);
     const PointList drive = Drive(kPointsEach + count);
     for (std::size_t i = 0; i < count; ++i) {
         const auto first = drive.begin() + static_cast<std::ptrdiff_t>(i);
         device.StoreTrack("new", PointList(first, first + kPointsEach));
-        fs::rename(device.Root() / "Tracks/new.gpx",
-                   device.Root() / ("Tracks/track" + std::to_string(i) + ".gpx"));
+        fs::rename(device.Root() / "Tracks/new.gpx", folder / ("track" + std::to_string(i) + ".gpx"));
     }
-    const fs::path folder = device.Root() / "Tracks";
     CTrackMan& manager = *CTrackMan::Instance();
-    char tracks[] = "\\Tracks";
+    char tracks[] = "\\Library";
     manager.GetTrackMangSet()->SetNdExtTrackPath(tracks);
     manager.RefreshFilelist();
     Check(manager.GetCnt() == count && ScanWithPugixml(folder).size() == count &&

@@ -24,7 +24,8 @@ TEST_F(ConfigCommand, All_AreThereWithTheirDefaults) {
     for (const char* key : {"device", "tracks", "card", "card-tracks", "storage", "color", "code-page",
                             "record.mode", "record.distance", "record.time", "record.overwrite"}) {
         ASSERT_TRUE(json.contains(key)) << key;
-        EXPECT_EQ(json[key]["from"], "default") << key;
+        // the fixture names its device in the environment
+        EXPECT_EQ(json[key]["from"], std::string_view(key) == "device" ? "environment" : "default") << key;
     }
     EXPECT_EQ(json["code-page"]["value"], "65001");
     EXPECT_EQ(json["record.overwrite"]["value"], "true");
@@ -32,6 +33,13 @@ TEST_F(ConfigCommand, All_AreThereWithTheirDefaults) {
     EXPECT_FALSE(json.contains("delete.yes"));
     EXPECT_FALSE(json.contains("config"));
     EXPECT_TRUE(Contains(Run({"config"}).out, "record.mode"));
+}
+
+TEST_F(ConfigCommand, DeviceInTheEnvironment_GoesBeforeTheFile) {
+    const std::string before = Value("device");
+    ASSERT_EQ(Run({"config", "device", "/tmp/elsewhere"}).exitCode, 0);
+    EXPECT_EQ(Value("device"), before);
+    EXPECT_EQ(From("device"), "environment");
 }
 
 TEST_F(ConfigCommand, Set_MakesTheFileWithItsFolders) {
@@ -43,8 +51,7 @@ TEST_F(ConfigCommand, Set_MakesTheFileWithItsFolders) {
 }
 
 TEST_F(ConfigCommand, EverySetting_CanBeSetAndIsReadBack) {
-    const std::vector<std::pair<std::string, std::string>> values = {{"device", "/tmp/my # \"device\""},
-                                                                     {"tracks", "My Tracks, all"},
+    const std::vector<std::pair<std::string, std::string>> values = {{"tracks", "My # \"Tracks\", all"},
                                                                      {"card", "true"},
                                                                      {"card-tracks", "C/T"},
                                                                      {"storage", "card"},
