@@ -80,7 +80,8 @@ std::optional<GateReason> Gate::WhyNot(const Fix& fix, std::optional<std::int64_
 
 // Times are whole seconds: within one of them the way may take that second.
 // After a pause of days the clock, where it can be trusted, says that the time is right.
-std::optional<GateReason> Gate::WhyNotBehind(const Fix& last, const Fix& fix, std::optional<std::int64_t> now) const {
+std::optional<GateReason> Gate::WhyNotBehind(const Fix& last, const Fix& fix,
+                                             std::optional<std::int64_t> now) const {
     const double seconds = static_cast<double>(fix.lTime) - last.lTime;
     if (seconds < 0) return GateReason::TimeBack;
     const bool isOfToday = now && std::abs(fix.lTime - *now) <= kDay;

@@ -52,7 +52,8 @@ class Gate {
  private:
     void Mend(Fix& fix, std::optional<std::int64_t> now);
     std::optional<GateReason> WhyNot(const Fix& fix, std::optional<std::int64_t> now) const;
-    std::optional<GateReason> WhyNotBehind(const Fix& last, const Fix& fix, std::optional<std::int64_t> now) const;
+    std::optional<GateReason> WhyNotBehind(const Fix& last, const Fix& fix,
+                                           std::optional<std::int64_t> now) const;
     bool AgreesWithRefused(const Fix& fix, std::optional<std::int64_t> now);
     Fix Accept(const Fix& fix, bool isHdopTrusted);
 
