@@ -28,10 +28,8 @@ std::size_t GuessSize(std::FILE* stream) {
     return size > 0 ? static_cast<std::size_t>(size) : 0;
 }
 
-// Straight into the text: through the stream's own buffer the file's end would take reads of its own.
 std::string ReadAll(std::FILE* stream) {
     if (stream == nullptr) throw std::runtime_error("cannot open file");
-    std::setvbuf(stream, nullptr, _IONBF, 0);
     std::string text(GuessSize(stream) + 1, '\0');
     std::size_t size = 0;
     while (const std::size_t got = std::fread(text.data() + size, 1, text.size() - size, stream)) {
