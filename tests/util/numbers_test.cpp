@@ -53,8 +53,8 @@ std::uint64_t Bits(double value) {
 }
 
 std::string RandomText(std::mt19937_64& random, const std::string& alphabet, std::size_t longest) {
-    std::string text(random() % (longest + 1), ' ');
-    for (char& c : text) c = alphabet[random() % alphabet.size()];
+    std::string text(static_cast<std::size_t>(random() % (longest + 1)), ' ');
+    for (char& c : text) c = alphabet[static_cast<std::size_t>(random() % alphabet.size())];
     return text;
 }
 
