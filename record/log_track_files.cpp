@@ -66,11 +66,15 @@ bool CTrackEx::OpenPointFile() {
     return m_pPointFile != nullptr;
 }
 
+// An append that was complete already is not taken back when writing it once more fails.
 void CTrackEx::FinishLastAppend() {
     m_pRedo->Open(PathOf(m_strPointFile + log_file::kRedoSuffix).c_str());
+    const auto header = log_file::ReadHeader(m_pPointFile);
+    const bool isWhole = header && log_file::IsConsistent(*header, log_file::SizeOf(m_pPointFile));
     const auto before = m_pRedo->Replay(m_pPointFile);
-    if (before && !CommitPointFile()) TakeBackAppend(*before);
-    m_pRedo->Forget();
+    if (!before || CommitPointFile()) return m_pRedo->Forget();
+    const bool wasComplete = isWhole && (header->start != before->start || header->count != before->count);
+    if (!wasComplete) TakeBackAppend(*before);
 }
 
 // In one step, so that a power cut leaves the old file or the new one. Closed in between: some systems exchange
@@ -113,11 +117,11 @@ bool CTrackEx::CommitPointFile() {
 // On a full storage the header would count records that are not there, and the whole file would count as
 // damaged. What was in it stays; the batch lives on in memory.
 void CTrackEx::TakeBackAppend(const log_file::RingHeader& before) {
-    platform::CutBack(m_pPointFile, log_file::FileSizeOf(before.count));
+    const bool isCut = platform::CutBack(m_pPointFile, log_file::FileSizeOf(before.count));
     if (std::fseek(m_pPointFile, 0, SEEK_SET) != 0) return;
     log_file::WriteHeader(m_pPointFile, before);
-    platform::fflush(m_pPointFile);
-    m_pRedo->Forget();
+    // While it is not taken back for certain, the note is what mends the file at the next start.
+    if (platform::fflush(m_pPointFile) == 0 && isCut) m_pRedo->Forget();
 }
 
 // A file made with a larger capacity is written anew with its newest points before its oldest are overwritten:

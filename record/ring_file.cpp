@@ -17,18 +17,28 @@ void WriteField(std::FILE* file, std::uint16_t value) {
     std::fwrite(field, sizeof field, 1, file);
 }
 
-// Also what has to come between reading and writing a stream, in either order.
-bool SeekToSlot(std::FILE* file, std::size_t slot) {
-    return std::fseek(file, static_cast<long>(log_file::FileSizeOf(slot)), SEEK_SET) == 0;
+// An error that passes costs nothing: it is tried twice.
+bool SeekTo(std::FILE* file, long place, int from = SEEK_SET) {
+    return std::fseek(file, place, from) == 0 || std::fseek(file, place, from) == 0;
 }
 
-// Returns the bytes read. An error that passes costs nothing: what is left is read once more.
+// Also what has to come between reading and writing a stream, in either order.
+bool SeekToSlot(std::FILE* file, std::size_t slot) {
+    return SeekTo(file, static_cast<long>(log_file::FileSizeOf(slot)));
+}
+
+long PlaceIn(std::FILE* file) {
+    const long place = std::ftell(file);
+    return place < 0 ? std::ftell(file) : place;
+}
+
+// Returns the bytes read; likewise, what is left is read once more.
 std::size_t ReadAt(std::FILE* file, long place, void* to, std::size_t size) {
-    if (std::fseek(file, place, SEEK_SET) != 0) return 0;
+    if (!SeekTo(file, place)) return 0;
     std::size_t done = std::fread(to, 1, size, file);
     if (done == size || std::ferror(file) == 0) return done;
     std::clearerr(file);
-    if (std::fseek(file, place + static_cast<long>(done), SEEK_SET) != 0) return done;
+    if (!SeekTo(file, place + static_cast<long>(done))) return done;
     return done + std::fread(static_cast<unsigned char*>(to) + done, 1, size - done, file);
 }
 
@@ -56,7 +66,7 @@ std::FILE* log_file::OpenOrMake(const char* path, bool* isNew) {
 }
 
 std::int64_t log_file::SizeOf(std::FILE* file) {
-    const long size = std::fseek(file, 0, SEEK_END) == 0 ? std::ftell(file) : -1;
+    const long size = SeekTo(file, 0, SEEK_END) ? PlaceIn(file) : -1;
     std::rewind(file);
     return size < 0 ? std::numeric_limits<std::int64_t>::max() : size;
 }
@@ -85,7 +95,7 @@ void log_file::ReadSlot(std::FILE* file, std::size_t slot, TckPt& record) {
 
 void log_file::ReadRecords(std::FILE* file, Points& records) {
     const std::size_t size = records.size() * kRecordSize;
-    const std::size_t whole = ReadAt(file, std::ftell(file), records.data(), size) / kRecordSize;
+    const std::size_t whole = ReadAt(file, PlaceIn(file), records.data(), size) / kRecordSize;
     std::fill(records.begin() + static_cast<std::ptrdiff_t>(whole), records.end(), TckPt{});
 }
 
@@ -106,7 +116,7 @@ std::string log_file::WholeFile(const Points& points) {
 }
 
 void log_file::Execute(std::FILE* file, const RingWrite& plan, const Points& batch) {
-    if (std::fseek(file, 0, SEEK_SET) != 0) return;
+    if (!SeekTo(file, 0)) return;
     WriteHeader(file, plan.header);
     for (std::size_t i = 0; i < plan.blockCount; ++i) WriteBlock(file, plan.blocks[i], batch);
 }

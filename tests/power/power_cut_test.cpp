@@ -9,7 +9,8 @@
 namespace power {
 namespace {
 
-// What is opened: the different disks, over all tests here at least 20,000.
+// What is opened: the states, each a disk different from the others of its step; over all tests at least
+// 20,000.
 struct Case {
     const char* scenario;
     unsigned seeds;       // sessions, each with its own batches

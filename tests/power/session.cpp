@@ -76,6 +76,9 @@ class Session {
             track.SaveTrackData();
         });
         Step([&] { track.SetTrkFileName("renamed"); });
+    }
+    void DeleteTrack(const char* name) {
+        CTrackProxy track((std::string("\\UserData\\Track\\") + name + ".gpx").c_str());
         Mark("begin");
         track.DestoryData();  // nobody waits until the storage has forgotten a file: it may be back
     }
@@ -152,6 +155,7 @@ void Tracks(Session& session) {
     session.SaveTrack("two", 30);
     session.SaveTrack("one", 25);
     session.ChangeTrack("one");
+    session.DeleteTrack("renamed");
 }
 
 // On a device that has a recording and the tracks one and two.

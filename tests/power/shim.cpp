@@ -169,6 +169,7 @@ ssize_t StreamWrite(void* cookie, const char* bytes, size_t size) {
     return static_cast<ssize_t>(done);
 }
 int StreamSeek(void* cookie, off64_t* offset, int from) {
+    if (Fails("lseek")) return -1;
     const off_t place = lseek(static_cast<int>(reinterpret_cast<intptr_t>(cookie)), *offset, from);
     if (place < 0) return -1;
     *offset = place;
