@@ -66,7 +66,8 @@ bool CTrackEx::OpenPointFile() {
     return m_pPointFile != nullptr;
 }
 
-// An append that was complete already is not taken back when writing it once more fails.
+// An append that was complete already is not taken back when writing it once more fails: the file holds it, and
+// what the stream still wants to write is dropped.
 void CTrackEx::FinishLastAppend() {
     m_pRedo->Open(PathOf(m_strPointFile + log_file::kRedoSuffix).c_str());
     const auto header = log_file::ReadHeader(m_pPointFile);
@@ -74,7 +75,8 @@ void CTrackEx::FinishLastAppend() {
     const auto before = m_pRedo->Replay(m_pPointFile);
     if (!before || CommitPointFile()) return m_pRedo->Forget();
     const bool wasComplete = isWhole && (header->start != before->start || header->count != before->count);
-    if (!wasComplete) TakeBackAppend(*before);
+    if (!wasComplete) return TakeBackAppend(*before);
+    platform::CutBack(m_pPointFile, log_file::FileSizeOf(header->count));
 }
 
 // In one step, so that a power cut leaves the old file or the new one. Closed in between: some systems exchange

@@ -7,12 +7,14 @@
 
 namespace {
 std::vector<std::string> s_vecCommits;  // names of the files, in order
-}
+std::string s_strFailing;               // the file that the storage does not take
+}  // namespace
 
 // The program's own definition comes before the C library's: it notes the file, and then does the real thing.
 extern "C" int fdatasync(int descriptor) {
     const auto link = "/proc/self/fd/" + std::to_string(descriptor);
     s_vecCommits.push_back(std::filesystem::read_symlink(link).filename().string());
+    if (s_vecCommits.back() == s_strFailing) return -1;
     return static_cast<int>(syscall(SYS_fdatasync, descriptor));
 }
 
@@ -56,4 +58,20 @@ TEST_F(LogTrackCommits, SlicesSaved_VoidTheNoteAndAreCommittedWithTheHead) {
     EXPECT_EQ(commits[0], "LogHd.dat");
     EXPECT_EQ(commits[1], "Log.dat.redo");
     EXPECT_EQ(commits[2].rfind(".qtrace-", 0), 0u) << "the new file, before it takes the old one's place";
+}
+
+// After a kill the note of a complete append is still there, and is written once more.
+TEST_F(LogTrackCommits, CompleteAppend_StaysThoughTheStorageFailsAtTheNextStart) {
+    ASSERT_TRUE(Open(10));
+    Record(3);
+    Record(2);
+    const std::string note = BytesOf("\\App\\Log.dat.redo"), ring = BytesOf(kPointFile);
+    Close();
+    Write("\\App\\Log.dat.redo", note);
+    s_strFailing = "Log.dat";
+    EXPECT_TRUE(Open(10));
+    EXPECT_EQ(Times(), (std::vector<int>{0, 1, 2, 3, 4}));
+    Close();
+    s_strFailing.clear();
+    EXPECT_EQ(BytesOf(kPointFile), ring);
 }
