@@ -33,13 +33,13 @@ struct Map {
         wasLoading = CTrackMan::Instance()->IsLoadingDataToMap();
         tracks = CTrackMan::Instance()->GetCnt();
         caller = std::this_thread::get_id();
-        niceness = NicenessOfThisThread();
         ++calls;
     }
     static void OnLoadedAndHold() {
         OnLoaded();
         entered.Open();
         mayLeave.Pass();
+        niceness = NicenessOfThisThread();
     }
     static void OnLoadedAndStop() {
         OnLoaded();
@@ -103,11 +103,10 @@ TEST_F(LoadingThread, Thread_HasLessPriorityThanTheHost) {
     const int hosts = NicenessOfThisThread();
     if (hosts == kGreatestNiceness) GTEST_SKIP() << "the host has the least priority there is";
     Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
-    Library().LoadData();
-    Map::entered.Pass();
-    EXPECT_GT(Map::niceness, hosts);
+    Library().LoadData();  // the priority is set when it has returned, not when the thread starts
     Map::mayLeave.Open();
     WaitUntilLoaded();
+    EXPECT_GT(Map::niceness, hosts);
 }
 
 TEST_F(LoadingThread, WithoutACallback_LoadsAllTheSame) {

@@ -8,8 +8,9 @@
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool kMemoryIsOurs = false;  // a sanitizer takes memory of its own
+// A sanitizer takes memory of its own.
+#if defined(QTRACE_SANITIZED)
+constexpr bool kMemoryIsOurs = false;
 #else
 constexpr bool kMemoryIsOurs = true;
 #endif
