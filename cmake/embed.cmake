@@ -33,7 +33,7 @@ file(READ ${WEB}/page.html page)
 
 string(SHA256 script_hash "${script}")
 string(SHA256 style_hash "${style}")
-set(cpp "// Made by cmake/embed.cmake.\n#include \"host/web_files.h\"\n\n")
+set(cpp "// Made by cmake/embed.cmake.\n#include \"host/page/web_files.h\"\n\n")
 string(APPEND cpp "#pragma GCC diagnostic ignored \"-Woverlength-strings\"\n\nnamespace host {\n\n")
 foreach(name page style script)
   string(SUBSTRING ${name} 0 1 first)

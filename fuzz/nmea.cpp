@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "fuzz/device_in_memory.h"
-#include "host/nmea_reader.h"
+#include "host/source/nmea_reader.h"
 
 namespace {
 

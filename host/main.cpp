@@ -6,8 +6,8 @@
 #include <iostream>
 #include <tuple>
 
-#include "host/configuration.h"
 #include "host/program.h"
+#include "host/settings/configuration.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/host_settings.h"
+#include "host/settings/host_settings.h"
 
 namespace host {
 

@@ -1,5 +1,5 @@
 # Bash completion of qtrace                                                             -*- shell-script -*-
-# The tables at the end are written by the program itself; what they hold is told in host/completion.h.
+# The tables at the end are written by the program itself; what they hold is told in host/settings/completion.h.
 
 # What a typed word means, without its quotes. Nothing in it is executed.
 _qtrace_unquoted()

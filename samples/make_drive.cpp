@@ -7,8 +7,8 @@
 #include <cmath>
 #include <iostream>
 
-#include "host/simulated_receiver.h"
-#include "host/simulated_vehicle.h"
+#include "host/simulation/simulated_receiver.h"
+#include "host/simulation/simulated_vehicle.h"
 
 using namespace host;
 

@@ -1,7 +1,8 @@
-// `qtrace check`: what it finds wrong with tracks, the recording and the folders (host/device_health.h).
+// `qtrace check`: what it finds wrong with tracks, the recording and the folders
+// (host/recording/device_health.h).
 #include <gtest/gtest.h>
 
-#include "host/device_health.h"
+#include "host/recording/device_health.h"
 #include "tests/host/commands.h"
 #include "tests/host/ring_bytes.h"
 

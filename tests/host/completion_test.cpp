@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/completion.h"
+#include "host/settings/completion.h"
 #include "tests/host/recorder.h"
 
 namespace host {

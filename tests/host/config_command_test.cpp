@@ -1,7 +1,7 @@
 // `qtrace config`, and what a configuration file does to the other commands.
 #include <gtest/gtest.h>
 
-#include "host/configuration_text.h"
+#include "host/settings/configuration_text.h"
 #include "tests/host/library_program.h"
 
 namespace fs = std::filesystem;

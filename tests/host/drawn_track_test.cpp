@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/drawn_track.h"
+#include "host/page/drawn_track.h"
 
 namespace host {
 namespace {

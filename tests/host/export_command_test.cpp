@@ -1,4 +1,4 @@
-// `qtrace export`, and the file that a document goes to (host/output_file.h). The formats:
+// `qtrace export`, and the file that a document goes to (host/text/output_file.h). The formats:
 // track_document_test.cpp.
 #include <gtest/gtest.h>
 

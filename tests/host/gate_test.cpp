@@ -1,5 +1,5 @@
 // The quality gate: what it refuses and why, and that it never stops a recording for good.
-#include "host/gate.h"
+#include "host/source/gate.h"
 
 #include <gtest/gtest.h>
 

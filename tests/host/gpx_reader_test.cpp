@@ -1,5 +1,6 @@
-// Tracks out of GPX documents by anybody: host/gpx_reader.h, over host/xml_reader.h and host/xml_encoding.h.
-#include "host/gpx_reader.h"
+// Tracks out of GPX documents by anybody: host/tracks/gpx_reader.h, over host/text/xml_reader.h and
+// host/text/xml_encoding.h.
+#include "host/tracks/gpx_reader.h"
 
 #include <iconv.h>
 

@@ -1,5 +1,5 @@
-// Times as documents state them: host/iso_time.h.
-#include "host/iso_time.h"
+// Times as documents state them: host/text/iso_time.h.
+#include "host/text/iso_time.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // The shape of the JSON that the commands share.
-#include "host/json.h"
+#include "host/text/json.h"
 
 #include <gtest/gtest.h>
 

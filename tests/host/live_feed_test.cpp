@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/event_stream.h"
-#include "host/json.h"
-#include "host/live_feed.h"
+#include "host/page/event_stream.h"
+#include "host/page/live_feed.h"
+#include "host/text/json.h"
 
 namespace host {
 namespace {

@@ -1,6 +1,6 @@
 // The recording as the commands of the program drive it, in this process. As a user sees it:
 // record_command_test.cpp.
-#include "host/live_recording.h"
+#include "host/recording/live_recording.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // `qtrace map`: pages and pictures of saved tracks.
 #include <gtest/gtest.h>
 
-#include "host/json.h"
+#include "host/text/json.h"
 #include "tests/host/track_folder.h"
 
 namespace host {

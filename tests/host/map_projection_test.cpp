@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/map_projection.h"
+#include "host/page/map_projection.h"
 
 namespace host {
 namespace {

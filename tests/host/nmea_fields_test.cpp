@@ -1,4 +1,4 @@
-#include "host/nmea_fields.h"
+#include "host/source/nmea_fields.h"
 
 #include <cmath>
 #include <string>

@@ -1,4 +1,4 @@
-#include "host/nmea_reader.h"
+#include "host/source/nmea_reader.h"
 
 #include <filesystem>
 #include <random>

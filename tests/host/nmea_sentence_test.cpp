@@ -1,4 +1,4 @@
-#include "host/nmea_sentence.h"
+#include "host/source/nmea_sentence.h"
 
 #include <string>
 #include <vector>

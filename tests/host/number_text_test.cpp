@@ -1,11 +1,11 @@
-// Numbers in documents: host/number_text.h. Lengths of time: host/duration.h.
-#include "host/number_text.h"
+// Numbers in documents: host/text/number_text.h. Lengths of time: host/text/duration.h.
+#include "host/text/number_text.h"
 
 #include <random>
 
 #include <gtest/gtest.h>
 
-#include "host/duration.h"
+#include "host/text/duration.h"
 #include "tests/support/seed.h"
 
 namespace host {

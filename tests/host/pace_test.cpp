@@ -1,9 +1,9 @@
 // When the fixes of a replay are due.
-#include "host/pace.h"
+#include "host/source/pace.h"
 
 #include <gtest/gtest.h>
 
-#include "host/back_off.h"
+#include "host/source/back_off.h"
 
 namespace host {
 namespace {

@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/gate.h"
-#include "host/gpsd_connection.h"
+#include "host/source/gate.h"
+#include "host/source/gpsd_connection.h"
 #include "tests/host/recorder.h"
 #include "tests/support/gpx_points.h"
 #include "tests/support/recorded_data.h"

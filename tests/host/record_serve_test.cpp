@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/json.h"
+#include "host/text/json.h"
 #include "tests/host/page_process.h"
 
 namespace host {

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/nmea_reader.h"
+#include "host/source/nmea_reader.h"
 #include "tests/support/device.h"
 #include "tests/support/nmea.h"
 #include "tests/support/process.h"

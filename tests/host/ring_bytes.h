@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/ring_image.h"
+#include "host/recording/ring_image.h"
 #include "tests/support/byte_string.h"
 #include "tests/support/points.h"
 

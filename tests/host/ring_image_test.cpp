@@ -1,5 +1,5 @@
-// The bytes of the live recording's files: host/ring_image.h.
-#include "host/ring_image.h"
+// The bytes of the live recording's files: host/recording/ring_image.h.
+#include "host/recording/ring_image.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // Text on its way into a manual page.
 #include <gtest/gtest.h>
 
-#include "host/roff.h"
+#include "host/text/roff.h"
 
 namespace host {
 namespace {

@@ -1,5 +1,5 @@
-// Records out of damaged bytes: host/salvage.h.
-#include "host/salvage.h"
+// Records out of damaged bytes: host/recording/salvage.h.
+#include "host/recording/salvage.h"
 
 #include <cmath>
 #include <random>

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "host/json.h"
-#include "host/page_server.h"
+#include "host/page/page_server.h"
+#include "host/text/json.h"
 #include "tests/host/page_process.h"
 
 namespace host {

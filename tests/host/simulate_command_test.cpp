@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/simulated_vehicle.h"
+#include "host/simulation/simulated_vehicle.h"
 #include "tests/host/commands.h"
 #include "tests/host/recorder.h"
 

@@ -1,5 +1,5 @@
 // Where a track is cut, and the intervals that the user writes.
-#include "host/split_track.h"
+#include "host/tracks/split_track.h"
 
 #include <gtest/gtest.h>
 

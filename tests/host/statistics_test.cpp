@@ -1,6 +1,6 @@
 // Statistics of tracks whose figures can be worked out by hand: on the sphere of 60 nautical miles a degree, a
 // degree of latitude is 111120 m.
-#include "host/statistics.h"
+#include "host/tracks/statistics.h"
 
 #include <cmath>
 #include <limits>

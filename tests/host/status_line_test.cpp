@@ -1,5 +1,5 @@
 // Where the status goes when standard error is no terminal. On a terminal: record_health_test.cpp.
-#include "host/status_line.h"
+#include "host/recording/status_line.h"
 
 #include <gtest/gtest.h>
 

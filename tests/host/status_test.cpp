@@ -1,5 +1,5 @@
 // The line that a recording shows while it runs.
-#include "host/status.h"
+#include "host/recording/status.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // Tables and how wide texts stand.
-#include "host/table.h"
+#include "host/text/table.h"
 
 #include <sstream>
 
 #include <gtest/gtest.h>
 
-#include "host/display_width.h"
-#include "host/statistics_text.h"
+#include "host/text/display_width.h"
+#include "host/tracks/statistics_text.h"
 
 namespace host {
 namespace {

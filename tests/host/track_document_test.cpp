@@ -1,10 +1,10 @@
-// Tracks as GPX, GeoJSON, KML and CSV: host/track_document.h.
-#include "host/track_document.h"
+// Tracks as GPX, GeoJSON, KML and CSV: host/tracks/track_document.h.
+#include "host/tracks/track_document.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include "host/gpx_reader.h"
+#include "host/tracks/gpx_reader.h"
 #include "tests/host/commands.h"
 #include "tests/support/points.h"
 

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "host/library.h"
-#include "host/text.h"
-#include "host/web_page.h"
+#include "host/page/web_page.h"
+#include "host/text/text.h"
+#include "host/tracks/library.h"
 #include "tests/support/device.h"
 #include "tests/support/process.h"
 

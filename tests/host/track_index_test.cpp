@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/track_index.h"
+#include "host/page/track_index.h"
 #include "tests/host/track_folder.h"
 
 namespace host {

@@ -1,7 +1,7 @@
-// Names as the library takes them: host/track_name.h.
+// Names as the library takes them: host/tracks/track_name.h.
 #include <gtest/gtest.h>
 
-#include "host/track_name.h"
+#include "host/tracks/track_name.h"
 #include "qtrace.h"
 
 namespace host {

@@ -1,9 +1,9 @@
 // The page's markup: what stands in it cannot become part of it.
 #include <gtest/gtest.h>
 
-#include "host/map_svg.h"
-#include "host/web_files.h"
-#include "host/web_page.h"
+#include "host/page/map_svg.h"
+#include "host/page/web_files.h"
+#include "host/page/web_page.h"
 
 namespace host {
 namespace {

@@ -1,0 +1,102 @@
+// `qtrace check`: whether everything in the device folder is as it should be.
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include <nlohmann/json.hpp>
+
+#include "host/program.h"
+#include "host/recording/device_health.h"
+#include "host/text/text.h"
+
+namespace host {
+namespace {
+
+using nlohmann::json;
+
+struct DeviceHealth {
+    std::vector<TrackHealth> tracks;
+    RecordingView files;
+    RecordingHealth recording;
+    std::vector<std::string> leftovers;
+
+    std::size_t GoodTracks() const {
+        return static_cast<std::size_t>(std::count_if(
+            tracks.begin(), tracks.end(), [](const TrackHealth& track) { return track.problems.empty(); }));
+    }
+    bool IsGood() const {
+        return GoodTracks() == tracks.size() && recording.problems.empty() && leftovers.empty();
+    }
+};
+
+void PrintLines(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) std::cout << "  " << line << '\n';
+}
+
+void Print(const DeviceHealth& health) {
+    std::cout << "Tracks      " << health.tracks.size() << ", " << health.GoodTracks() << " good\n";
+    for (const TrackHealth& track : health.tracks)
+        for (const std::string& problem : track.problems)
+            std::cout << "  " << track.file.string() << ": " << problem << '\n';
+    const RingImage& ring = health.files.image;
+    std::cout << "Recording   "
+              << (health.files.exists ? Counted(ring.count, "record", "records") + ", " +
+                                            std::to_string(ring.Count(RecordState::Good)) + " good"
+                                      : "none")
+              << '\n';
+    PrintLines(health.recording.notes);
+    PrintLines(health.recording.problems);
+    std::cout << "Left behind " << (health.leftovers.empty() ? "nothing\n" : "\n");
+    PrintLines(health.leftovers);
+}
+
+json JsonOf(const TrackHealth& track) {
+    return {{"file", track.file.string()},
+            {"name", track.name.empty() ? json() : json(track.name)},
+            {"points", track.points},
+            {"problems", track.problems}};
+}
+
+void PrintAsJson(const DeviceHealth& health) {
+    json tracks = json::array();
+    for (const TrackHealth& track : health.tracks) tracks.push_back(JsonOf(track));
+    const RingImage& ring = health.files.image;
+    const json recording = {{"exists", health.files.exists},
+                            {"records", ring.count},
+                            {"good", ring.Count(RecordState::Good)},
+                            {"notes", health.recording.notes},
+                            {"problems", health.recording.problems}};
+    const json all = {{"good", health.IsGood()},
+                      {"tracks", tracks},
+                      {"recording", recording},
+                      {"left_behind", health.leftovers}};
+    std::cout << all.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+}
+
+int Check(bool asJson, const HostSettings& settings) {
+    const DeviceFolder device(settings);
+    std::error_code unreadable;
+    if (!std::filesystem::is_directory(device.Root(), unreadable))
+        return Fail("check", "there is no device folder " + device.Root().string());
+    const Library library(settings);
+    DeviceHealth health;
+    health.tracks = CheckTracks(library);
+    health.files = ViewRecording(device);
+    health.recording = CheckRecording(health.files);
+    health.leftovers = FindLeftovers(device);
+    asJson ? PrintAsJson(health) : Print(health);
+    return health.IsGood() ? kDone : kFailed;
+}
+
+}  // namespace
+
+void AddCheckCommand(Program& program) {
+    auto asJson = std::make_shared<bool>(false);
+    CLI::App& command = *program.app.add_subcommand("check", "Check every stored track and the recording");
+    command.add_flag("--json", *asJson, "Say it as JSON");
+    command.footer("The exit code is 1 when anything is wrong. A recorder that runs is not disturbed.");
+    command.callback([asJson, &program] { program.exitCode = Check(*asJson, program.settings); });
+}
+
+}  // namespace host

@@ -1,0 +1,157 @@
+// `qtrace record`: the fixes of a receiver, of the GPS daemon or of a file become a recording, and the
+// recording a saved track. Its options: record_options.cpp. Reading: record_fixes.cpp. Saving: saving.cpp.
+
+#include <chrono>
+#include <iostream>
+#include <memory>
+#include <variant>
+
+#include "host/page/recording_page.h"
+#include "host/program.h"
+#include "host/recording/record_fixes.h"
+#include "host/recording/record_options.h"
+#include "host/recording/recorder_lock.h"
+#include "host/recording/saving.h"
+#include "host/recording/summary.h"
+#include "host/source/open_source.h"
+#include "host/text/text.h"
+
+namespace host {
+namespace {
+
+void Tell(const std::string& message) { std::cerr << message + '\n'; }
+
+int Fail(const std::string& message) { return host::Fail("record", message); }
+
+// The recording that is there becomes a track, and only then gives way.
+int BeginNew(const RecordArguments& arguments, LiveRecording& recording) {
+    const std::uint64_t points = recording.PointsBefore();
+    if (points == 0) return kDone;
+    if (!arguments.noSave) {
+        const auto saved = recording.Save("");
+        if (const auto* problem = std::get_if<std::string>(&saved))
+            return Fail("no new recording is begun, since the one that is there cannot be saved: " + *problem);
+        Tell("the recording that was there, " + Counted(points, "point", "points") + ", is saved as " +
+             std::get<SavedTrack>(saved).file.string());
+    }
+    const auto problem = recording.Clear();
+    return problem ? Fail(*problem) : kDone;
+}
+
+int Begin(const RecordArguments& arguments, LiveRecording& recording) {
+    if (arguments.startNew) return BeginNew(arguments, recording);
+    if (recording.PointsBefore() != 0)
+        Tell("continuing a recording of " + Counted(recording.PointsBefore(), "point", "points"));
+    return kDone;
+}
+
+// What there is to say when the input gave no point. Having been stopped before the first one is no failure.
+int NothingRecorded(const FixSource& source, const LiveRecording& recording, const RecordedInput& read) {
+    if (recording.WasFull() && source.Counts().fixes != 0)
+        return Fail("the recording is full: it takes no more fixes unless it may overwrite");
+    if (read.end == FixSource::Got::Stopped) return kDone;
+    const SourceCounts counts = source.Counts();
+    if (counts.fixes == 0)
+        return Fail("no usable fix in " + source.Name() +
+                    (counts.refused.empty() ? "" : " (" + counts.refused + ")"));
+    return Fail("none of " + Counted(counts.fixes, "fix", "fixes") +
+                " became a point: too few, too near to each other, or the recording is full");
+}
+
+int SaveAll(const DeviceFolder& device, LiveRecording& recording, const std::string& name) {
+    for (const SavedTrack& track : recording.AutomaticSaves()) PrintSavedTrack(track);
+    return SaveAndPrint("record", device, recording, name);
+}
+
+int Conclude(const DeviceFolder& device, LiveRecording& recording, const RecordArguments& arguments,
+             const std::string& name) {
+    int result = arguments.noSave ? kDone : SaveAll(device, recording, name);
+    if (recording.Troubles() != 0) result = kFailed;
+    if (const auto problem = recording.Check())
+        result = Fail(*problem + (arguments.noSave ? "; what it lacks is lost" : ""));
+    if (recording.WasFull())
+        result = Fail("the recording is full: it takes no more fixes unless it may overwrite");
+    return result;
+}
+
+using Page = std::unique_ptr<RecordingPage>;
+
+// Null when none is asked for. Otherwise says why there is none.
+std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const HostSettings& settings) {
+    const auto port = ServePort(arguments);
+    if (!port) return Page();
+    auto page = std::make_unique<RecordingPage>(settings);
+    if (const auto problem = page->Start(*port)) return *problem;
+    Tell("the recording is shown at " + page->Url());
+    page->ShowRecording();
+    return page;
+}
+
+// The page outlives its input, so that what was saved can be looked at; a stop ends both.
+void StayOpen(const Page& page, const RecordedInput& read) {
+    if (!page || read.end == FixSource::Got::Stopped) return;
+    std::cout.flush();
+    Tell("the page stays at " + page->Url() + " until Ctrl-C");
+    StopSignals stop;
+    while (stop.Sleep(std::chrono::hours(1))) continue;
+}
+
+int Record(const RecordArguments& arguments, const HostSettings& settings) {
+    const auto name = NameToSave("record", arguments.saveAs, settings);
+    if (!name) return kWrongUsage;
+    StatusLine line("record");
+    const Say say = [&line](const std::string& message) { line.Say(message); };
+    const auto opened = OpenSource(arguments, say);
+    if (const auto* problem = std::get_if<std::string>(&opened)) return Fail(*problem);
+    FixSource& source = *std::get<std::unique_ptr<FixSource>>(opened);
+    const DeviceFolder device(settings);
+    if (const auto problem = device.Prepare()) return Fail(*problem);
+    const RecorderLock lock(device);
+    if (lock.Problem()) return Fail(*lock.Problem());
+
+    auto stop = std::make_unique<StopSignals>();
+    LiveRecording recording(device, settings, !arguments.noSave, say);
+    if (const auto problem = recording.Open(*stop)) return stop->Requested() ? kDone : Fail(*problem);
+    if (const int result = Begin(arguments, recording); result != kDone) return result;
+    const auto served = OpenPage(arguments, settings);
+    if (const auto* problem = std::get_if<std::string>(&served)) return Fail(*problem);
+    const Page& page = std::get<Page>(served);
+    recording.Start(page ? page->Observer() : nullptr);
+    const RecordedInput read = RecordFixes(source, recording, arguments, line, *stop);
+    recording.Stop();
+    if (page) page->RecordingEnded();
+    line.Clear();
+    stop.reset();
+
+    PrintInput(source, read.gate);
+    PrintRecording(recording, settings.record);
+    const bool isBroken = read.end == FixSource::Got::Error;
+    if (isBroken) Fail(source.Name() + " cannot be read on: " + source.Problem());
+    if (recording.PointsAdded() == 0) return NothingRecorded(source, recording, read);
+    const int result = Conclude(device, recording, arguments, *name);
+    StayOpen(page, read);
+    return isBroken ? kFailed : result;
+}
+
+constexpr const char* kFooter =
+    "A recording that is in the device folder already is continued. At the end, on Ctrl-C and on SIGTERM the "
+    "whole\n"
+    "recording is saved as a track. Without a usable fix nothing is saved, and the exit code is 1.\n"
+    "A receiver or daemon that is not there is waited for, and so is one that goes away.\n"
+    "Points go to storage 60 at a time (30 by distance, a minute's worth by time); those of a receiver wait 10 "
+    "s\n"
+    "at most, or what --write-after says: a power cut costs no more.\n"
+    "With --serve the page stays when the input has ended, until Ctrl-C.";
+
+}  // namespace
+
+void AddRecordCommand(Program& program) {
+    auto arguments = std::make_shared<RecordArguments>();
+    CLI::App& command =
+        *program.app.add_subcommand("record", "Record the fixes of a receiver, the GPS daemon or a file");
+    command.footer(kFooter);
+    AddRecordOptions(command, *arguments, program.settings.record);
+    command.callback([arguments, &program] { program.exitCode = Record(*arguments, program.settings); });
+}
+
+}  // namespace host

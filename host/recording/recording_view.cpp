@@ -1,0 +1,69 @@
+#include "host/recording/recording_view.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <thread>
+
+#include "host/text/file_bytes.h"
+
+namespace host {
+namespace {
+
+constexpr std::uint64_t kLargest = 16'000'000;  // a ring has at most 65535 records of 48 bytes
+
+bool IsAlive(const std::string& process) {
+    int id = 0;
+    std::from_chars(process.data(), process.data() + process.size(), id);
+    return id > 0 && (kill(id, 0) == 0 || errno == EPERM);
+}
+
+bool IsLocked(const std::string& file) {
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return false;
+    const bool isLocked = flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    close(descriptor);
+    return isLocked;
+}
+
+void ReadRing(RecordingView& files) {
+    const FileBytes ring = ReadWholeFile(files.ring.string(), kLargest);
+    files.problem = ring.problem;
+    files.image = ReadRingImage(ring.bytes);
+}
+
+}  // namespace
+
+// The lock is tried only while the process that noted itself is alive, so that a recorder which starts in this
+// moment does not find it taken.
+std::optional<std::string> RunningRecorder(const DeviceFolder& device) {
+    const std::string file = (device.Recording() / "recorder.lock").string();
+    const std::string note = ReadWholeFile(file, 100).bytes;
+    const std::string process = note.substr(0, note.find('\n'));
+    return IsAlive(process) && IsLocked(file) ? std::optional(process) : std::nullopt;
+}
+
+RecordingView ViewRecording(const DeviceFolder& device) {
+    RecordingView files;
+    std::error_code unreadable;
+    files.ring = device.Recording() / "Log.dat";
+    files.exists = std::filesystem::exists(files.ring, unreadable);
+    files.recorder = RunningRecorder(device);
+    if (files.exists) ReadRing(files);
+    for (int attempt = 0; files.recorder && !files.image.isConsistent && attempt < 10; ++attempt) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        ReadRing(files);
+    }
+    const FileBytes head = ReadWholeFile((device.Recording() / "LogHd.dat").string(), 1000);
+    files.hasHeadFile = head.problem.empty();
+    files.head = ReadHeadImage(head.bytes);
+    files.note = StateOfNote(ReadWholeFile((device.Recording() / "Log.dat.redo").string(), kLargest).bytes);
+    return files;
+}
+
+}  // namespace host

@@ -1,0 +1,152 @@
+#include "host/settings/configuration.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <memory>
+#include <system_error>
+
+#include "host/settings/configuration_text.h"
+#include "host/settings/device_folder.h"
+
+namespace fs = std::filesystem;
+
+namespace host {
+namespace {
+
+// $QTRACE_CONFIG, else in $XDG_CONFIG_HOME, else in ~/.config; empty when there is no home.
+std::string DefaultFile() {
+    const auto variable = [](const char* name) {
+        const char* value = std::getenv(name);
+        return fs::path(value == nullptr ? "" : value);
+    };
+    if (const fs::path file = variable("QTRACE_CONFIG"); !file.empty()) return file.string();
+    if (const fs::path folder = variable("XDG_CONFIG_HOME"); folder.is_absolute())
+        return (folder / "qtrace" / "config.toml").string();
+    const fs::path home = variable("HOME");
+    return home.empty() ? "" : (home / ".config" / "qtrace" / "config.toml").string();
+}
+
+// An option without a default belongs to one call alone, as --yes does.
+bool IsSetting(const CLI::Option& option) {
+    const bool hasDefault = option.get_group() == "Settings" || !option.get_default_str().empty();
+    return option.get_configurable() && !option.get_lnames().empty() && hasDefault;
+}
+
+void AddSettingsOf(CLI::App& app, const std::string& prefix, std::vector<Setting>& settings) {
+    for (CLI::Option* option : app.get_options())
+        if (IsSetting(*option)) settings.push_back({prefix + option->get_lnames().front(), option});
+}
+
+std::string WithoutOptionName(const std::string& message, const CLI::Option& option) {
+    const std::string name = option.get_name() + ": ";
+    return message.starts_with(name) ? message.substr(name.size()) : message;
+}
+
+bool AsksForPath(const CLI::App& app) {
+    for (const CLI::App* command : app.get_subcommands())
+        if (command->get_name() == "config" && command->count("--path") != 0) return true;
+    return false;
+}
+
+}  // namespace
+
+std::vector<Setting> SettingsOf(CLI::App& app) {
+    std::vector<Setting> settings;
+    AddSettingsOf(app, "", settings);
+    for (CLI::App* command : app.get_subcommands({}))
+        AddSettingsOf(*command, command->get_name() + '.', settings);
+    return settings;
+}
+
+std::optional<Setting> FindSetting(CLI::App& app, const std::string& key) {
+    for (const Setting& setting : SettingsOf(app))
+        if (setting.key == key) return setting;
+    return std::nullopt;
+}
+
+std::optional<std::string> Assign(const Setting& setting, const std::string& value) {
+    CLI::Option& option = *setting.option;
+    const bool isFlag = option.get_expected_min() == 0;
+    option.clear();
+    try {
+        option.add_result(isFlag ? option.get_flag_value(option.get_lnames().front(), value) : value);
+        option.run_callback();
+        return std::nullopt;
+    } catch (const std::exception& problem) {
+        option.clear();  // or the argument library finds the same problem later, without the line
+        if (isFlag) return value + " is neither true nor false";
+        return WithoutOptionName(problem.what(), option);
+    }
+}
+
+std::string Configuration::to_config(const CLI::App* app, bool defaults, bool descriptions,
+                                     std::string prefix) const {
+    return CLI::ConfigTOML().to_config(app, defaults, descriptions, std::move(prefix));
+}
+
+// The options are given their values here and now, where the line is known.
+std::vector<CLI::ConfigItem> Configuration::from_config(std::istream& input) const {
+    m_wasRead = true;
+    std::string section;
+    int number = 0;
+    for (std::string line; !m_problem && std::getline(input, line);)
+        if (const auto problem = Take(line, ++number, section))
+            m_problem = File().string() + ':' + std::to_string(number) + ": " + *problem;
+    return {};
+}
+
+std::optional<std::string> Configuration::Take(const std::string& text, int number,
+                                               std::string& section) const {
+    const ConfigurationLine line = ReadConfigurationLine(text);
+    if (line.kind == ConfigurationLine::Kind::Bad) return line.problem;
+    if (line.kind == ConfigurationLine::Kind::Section) section = line.name;
+    if (line.kind != ConfigurationLine::Kind::Value) return std::nullopt;
+    const std::string key = FullKey(section, line.name);
+    const auto setting = FindSetting(m_app, key);
+    if (!setting) return key + " is no setting";
+    const auto [earlier, isFirst] = m_lines.try_emplace(key, number);
+    if (!isFirst) return key + " is set in line " + std::to_string(earlier->second) + " already";
+    // The command line goes first, and then the environment.
+    if (setting->option->count() != 0 || (key == "device" && IsDeviceInEnvironment())) {
+        m_lines.erase(earlier);
+        return std::nullopt;
+    }
+    const auto problem = Assign(*setting, line.value);
+    return problem ? std::optional(key + ": " + *problem) : std::nullopt;
+}
+
+fs::path Configuration::File() const {
+    const auto files = m_app.get_config_ptr()->as<std::vector<std::string>>();
+    return files.empty() ? fs::path() : fs::path(files.front());
+}
+
+std::optional<std::string> Configuration::Problem() const {
+    const fs::path file = File();
+    std::error_code unknown;
+    if (m_problem || m_wasRead || file.empty() || !fs::exists(fs::symlink_status(file, unknown)))
+        return m_problem;
+    if (fs::is_directory(file, unknown))
+        return file.string() + " is a folder, and should be a file with settings";
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(file.c_str(), "rbe"), &std::fclose);
+    if (opened) return std::nullopt;
+    return file.string() + " cannot be read: " + std::strerror(errno);
+}
+
+void AddConfiguration(CLI::App& app) {
+    auto configuration = std::make_shared<Configuration>(app);
+    app.set_config("--config", DefaultFile(), "File with settings")->group("Settings")->type_name("FILE");
+    app.config_formatter(configuration);
+    app.parse_complete_callback([&app, configuration] {
+        if (AsksForPath(app)) return;
+        if (const auto problem = configuration->Problem()) throw CLI::ConfigError(*problem);
+    });
+}
+
+Configuration& ConfigurationOf(CLI::App& app) {
+    return dynamic_cast<Configuration&>(*app.get_config_formatter());
+}
+
+}  // namespace host

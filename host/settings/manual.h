@@ -1,0 +1,14 @@
+// The manual page qtrace(1): commands and options from the command line itself, the rest from
+// host/settings/manual_text.h.
+#pragma once
+
+#include <ostream>
+
+#include <CLI/CLI.hpp>
+
+namespace host {
+
+// In roff, with the man macros. The same on every machine and on every day.
+void PrintManual(const CLI::App& app, std::ostream& out);
+
+}  // namespace host

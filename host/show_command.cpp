@@ -1,8 +1,0 @@
-// `qtrace show`.
-#include "host/visibility.h"
-
-namespace host {
-
-void AddShowCommand(Program& program) { AddVisibilityCommand(program, "show", "Show tracks on the map", true); }
-
-}  // namespace host

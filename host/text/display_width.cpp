@@ -1,0 +1,100 @@
+#include "host/text/display_width.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace host {
+namespace {
+
+struct Range {
+    char32_t first, last;
+};
+
+// The blocks of Unicode whose characters are wide (East Asian Width W and F), and those that combine.
+constexpr std::array<Range, 13> kWide = {{{0x1100, 0x115f},
+                                          {0x2e80, 0x303e},
+                                          {0x3041, 0x33ff},
+                                          {0x3400, 0x4dbf},
+                                          {0x4e00, 0x9fff},
+                                          {0xa000, 0xa4cf},
+                                          {0xac00, 0xd7a3},
+                                          {0xf900, 0xfaff},
+                                          {0xfe30, 0xfe6f},
+                                          {0xff00, 0xff60},
+                                          {0xffe0, 0xffe6},
+                                          {0x1f300, 0x1faff},
+                                          {0x20000, 0x3fffd}}};
+constexpr std::array<Range, 8> kCombining = {{{0x0300, 0x036f},
+                                              {0x0483, 0x0489},
+                                              {0x0591, 0x05bd},
+                                              {0x200b, 0x200f},
+                                              {0x20d0, 0x20ff},
+                                              {0x3099, 0x309a},
+                                              {0xfe00, 0xfe0f},
+                                              {0xfe20, 0xfe2f}}};
+
+template <std::size_t N>
+bool IsIn(const std::array<Range, N>& ranges, char32_t c) {
+    return std::any_of(ranges.begin(), ranges.end(),
+                       [c](const Range& range) { return c >= range.first && c <= range.last; });
+}
+
+std::size_t WidthOf(char32_t c) {
+    if (IsIn(kCombining, c)) return 0;
+    return IsIn(kWide, c) ? 2 : 1;
+}
+
+bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xc0) == 0x80; }
+
+struct Character {
+    char32_t code;
+    std::size_t bytes;
+};
+
+// The first character. A byte that begins none stands for itself.
+Character FirstOf(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const std::size_t bytes = lead >= 0xf0 ? 4 : lead >= 0xe0 ? 3 : lead >= 0xc0 ? 2 : 1;
+    if (bytes == 1 || bytes > text.size()) return {lead, 1};
+    char32_t code = lead & (0xffu >> (bytes + 1));
+    for (std::size_t i = 1; i < bytes; ++i) {
+        if (!IsContinuation(text[i])) return {lead, 1};
+        code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3fu);
+    }
+    return {code, bytes};
+}
+
+}  // namespace
+
+std::size_t DisplayWidth(const std::string& text) {
+    std::size_t width = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const Character next = FirstOf(rest);
+        width += WidthOf(next.code);
+        rest.remove_prefix(next.bytes);
+    }
+    return width;
+}
+
+std::string FitWidth(const std::string& text, std::size_t columns) {
+    if (DisplayWidth(text) <= columns) return text;
+    std::string fitting;
+    std::size_t left = columns == 0 ? 0 : columns - 1;
+    for (std::string_view rest = text; !rest.empty();) {
+        const Character next = FirstOf(rest);
+        if (WidthOf(next.code) > left) break;
+        left -= WidthOf(next.code);
+        fitting += rest.substr(0, next.bytes);
+        rest.remove_prefix(next.bytes);
+    }
+    return columns == 0 ? "" : fitting + "…";
+}
+
+std::string Printable(std::string text) {
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
+    std::replace_if(text.begin(), text.end(), isControl, '?');
+    return text;
+}
+
+}  // namespace host

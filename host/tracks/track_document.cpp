@@ -1,0 +1,54 @@
+#include "host/tracks/track_document.h"
+
+#include <algorithm>
+
+namespace host {
+namespace {
+
+template <typename Holds>
+bool AnyPoint(const DocumentTrack& track, Holds holds) {
+    return std::any_of(track.segments.begin(), track.segments.end(), [&](const Segment& segment) {
+        return std::any_of(segment.begin(), segment.end(), holds);
+    });
+}
+
+}  // namespace
+
+std::size_t DocumentTrack::Points() const {
+    std::size_t points = 0;
+    for (const Segment& segment : segments) points += segment.size();
+    return points;
+}
+
+bool DocumentTrack::HasAltitudes() const {
+    return AnyPoint(*this, [](const TckPt& point) { return point.dAltitude != 0; });
+}
+
+bool DocumentTrack::HasTimes() const {
+    return !AnyPoint(*this, [](const TckPt& point) { return point.lTime == 0; });
+}
+
+std::string XmlText(const std::string& text) {
+    std::string escaped;
+    for (const char c : text) {
+        switch (c) {
+            case '&':
+                escaped += "&amp;";
+                break;
+            case '<':
+                escaped += "&lt;";
+                break;
+            case '>':
+                escaped += "&gt;";
+                break;
+            case '"':
+                escaped += "&quot;";
+                break;
+            default:
+                if (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n') escaped += c;
+        }
+    }
+    return escaped;
+}
+
+}  // namespace host
