@@ -46,10 +46,6 @@ ROWS = [
 JUDGED_FROM = {"open ring": 10000}
 
 REASONS = {
-    ("simplify", "Boost.Geometry"):
-        "each piece of the line is measured in a plane of its own, so that 2 m are 2 m at any latitude and across the "
-        "180th meridian, and whole points of 48 bytes are copied where the others copy 16. How much each of it takes was "
-        "not told apart.",
     ("read GPX", "expat"):
         "a text of that length does not fit the processor's caches, and the system hands out the memory for it and for the "
         "points page by page, which takes two fifths of the time; the other reads 64 KiB at a time. Asking for large pages "

@@ -27,20 +27,22 @@ struct Position {
 };
 using Positions = std::vector<Position>;
 
-// Whether the shorter way between any two of these may lead across the 180th meridian.
-bool MayCrossTheDateLine(const Positions& positions) {
+// Whether the shorter way between any two of these may lead across the 180th meridian, or a position may be
+// none that can be computed with. Otherwise neither has to be looked for, point by point.
+bool AreSpecial(const Positions& positions) {
     double west = positions.front().longitude;
     double east = west;
     for (const Position& position : positions) {
+        if (!(std::fabs(position.latitude) <= 90.0 && std::fabs(position.longitude) <= 360.0)) return true;
         west = std::min(west, position.longitude);
         east = std::max(east, position.longitude);
     }
-    return !(east - west <= 180.0);
+    return east - west > 180.0;
 }
 
 // The plane in which the points of one piece are measured: degrees of arc, x east and y north of the piece's
 // first point.
-template <bool mayCrossTheDateLine>
+template <bool areSpecial>
 class LocalPlane {
  public:
     LocalPlane(const Position& first, const Position& last)
@@ -50,27 +52,15 @@ class LocalPlane {
         m_squaredLength = m_endX * m_endX + m_endY * m_endY;
     }
 
-    // Whether a point is farther from the piece than `squaredDistance`, and then how far. Beside the piece that
-    // would take a division for each point; but the one whose cross product is not above `largest`, of one that
-    // was divided before, cannot be farther.
-    bool IsFarther(const Position& position, double& squaredDistance, double& largest) const {
+    // From the piece, squared; endless where a position is none.
+    double SquaredDistance(const Position& position) const {
         const double x = East(position);
         const double y = North(position);
         const double along = x * m_endX + y * m_endY;
-        double squared = 0.0;
-        if (along <= 0.0) {
-            squared = x * x + y * y;
-        } else if (along >= m_squaredLength) {
-            squared = Square(x - m_endX) + Square(y - m_endY);
-        } else {
-            const double product = Square(x * m_endY - y * m_endX);
-            if (product <= largest) return false;
-            largest = product;
-            squared = product / m_squaredLength;
-        }
-        if (squared <= squaredDistance) return false;
-        squaredDistance = squared;
-        return true;
+        if (along <= 0.0) return x * x + y * y;
+        if (along >= m_squaredLength) return Square(x - m_endX) + Square(y - m_endY);
+        const double squared = Square(x * m_endY - y * m_endX) / m_squaredLength;
+        return areSpecial && std::isnan(squared) ? std::numeric_limits<double>::infinity() : squared;
     }
 
  private:
@@ -78,7 +68,7 @@ class LocalPlane {
     double North(const Position& position) const { return position.latitude - m_origin.latitude; }
     double East(const Position& position) const {
         double degrees = position.longitude - m_origin.longitude;
-        if constexpr (mayCrossTheDateLine) {
+        if constexpr (areSpecial) {
             if (degrees > 180.0) degrees -= 360.0;  // the shorter way
             if (degrees < -180.0) degrees += 360.0;
         }
@@ -99,16 +89,16 @@ struct Farthest {
     double squaredDistance;
 };
 
-template <bool mayCrossTheDateLine>
+template <bool areSpecial>
 Farthest FindFarthest(const Positions& positions, const Piece& piece) {
-    const LocalPlane<mayCrossTheDateLine> plane(positions[piece.first], positions[piece.last]);
+    const LocalPlane<areSpecial> plane(positions[piece.first], positions[piece.last]);
     Farthest farthest{piece.first, -1.0};
-    double largest = -1.0;
     for (std::size_t i = piece.first + 1; i < piece.last; ++i) {
-        if (!plane.IsFarther(positions[i], farthest.squaredDistance, largest)) continue;
-        farthest.index = i;
-        if (std::isnan(farthest.squaredDistance))
-            farthest.squaredDistance = std::numeric_limits<double>::infinity();
+        const double squared = plane.SquaredDistance(positions[i]);
+        // Two choices of a value, not a jump: which point is farther than all before it cannot be foretold.
+        const bool isFarther = squared > farthest.squaredDistance;
+        farthest.index = isFarther ? i : farthest.index;
+        farthest.squaredDistance = isFarther ? squared : farthest.squaredDistance;
     }
     return farthest;
 }
@@ -131,7 +121,7 @@ Positions PositionsOf(const Points& points) {
 
 std::vector<char> PointsToKeep(const Points& points, double tolerance) {
     const Positions positions = PositionsOf(points);
-    const auto findFarthest = MayCrossTheDateLine(positions) ? FindFarthest<true> : FindFarthest<false>;
+    const auto findFarthest = AreSpecial(positions) ? FindFarthest<true> : FindFarthest<false>;
     std::vector<char> keep(points.size(), 0);
     keep.front() = keep.back() = 1;
     const int deepest = DeepestByDistance(points.size());
