@@ -15,6 +15,7 @@ namespace {
 
 constexpr const char* kPointFile = "App/Log.dat";
 constexpr const char* kHeadFile = "App/LogHd.dat";
+constexpr const char* kNote = "App/Log.dat.redo";
 constexpr std::size_t kSubsets = 24;        // random ones at each cut where not all are tried
 constexpr unsigned short kCapacity = 1000;  // of the recording that looks at what is left
 
@@ -66,6 +67,41 @@ std::vector<std::pair<std::size_t, Step>> StepsOf(const std::vector<disk_log::Re
         step.before = step.after;
     }
     return steps;
+}
+
+// A moment of a session, and the step that was in hand or, when it is done, has just ended.
+struct Moment {
+    std::size_t call;
+    std::size_t number;  // of the step
+    const Step& step;
+    bool isDone;
+};
+
+// Calls `visit` with each disk that a cut at each moment can leave.
+void VisitCuts(const std::vector<disk_log::Record>& log, DiskModel model, unsigned seed,
+               const std::vector<std::pair<std::size_t, Step>>& steps,
+               const std::function<void(const Disk&, const Moment&)>& visit) {
+    std::size_t number = 0;
+    for (std::size_t call = 0; call < log.size() && number < steps.size(); ++call) {
+        model.Take(log[call]);
+        const Moment moment{call, number, steps[number].second, call == steps[number].first};
+        model.VisitStates(seed + static_cast<unsigned>(call), kSubsets,
+                          [&](const Disk& left) { visit(left, moment); });
+        if (moment.isDone) ++number;
+    }
+}
+
+bool IsInTheMiddle(const Disk& left, const Step& step) {
+    const std::string ring = ContentOf(left, kPointFile);
+    return ring != ContentOf(step.before, kPointFile) && ring != ContentOf(step.after, kPointFile);
+}
+
+// An append that was noted is finished when the recording is opened; what the cut left of it is never enough.
+void ExpectNotedAppend(const Disk& atFirst, std::vector<std::pair<std::size_t, Step>>& steps) {
+    const std::string note = ContentOf(atFirst, kNote);
+    if (steps.empty() || note.find_first_not_of('\0') == std::string::npos) return;
+    Step& opening = steps.front().second;
+    opening.before[kPointFile] = ContentOf(opening.after, kPointFile);
 }
 
 class Opened {
@@ -165,28 +201,37 @@ Count Laboratory::CutPower(const std::string& scenario, unsigned seed, const Dis
                            const std::string& refuse) {
     Write(atFirst);
     const auto log = RunSession(scenario, seed, refuse);
-    DiskModel model(m_device.string(), atFirst);
-    const auto steps = StepsOf(log, model);
+    const DiskModel model(m_device.string(), atFirst);
+    auto steps = StepsOf(log, model);
+    ExpectNotedAppend(atFirst, steps);
     Count count;
     std::set<std::size_t> seen;
-    std::size_t step = 0;
-    for (std::size_t i = 0; i < log.size() && step < steps.size(); ++i) {
-        model.Take(log[i]);
-        const bool isDone = i == steps[step].first;
-        model.VisitStates(seed + static_cast<unsigned>(i), kSubsets, [&](const Disk& left) {
-            std::string all = std::to_string(step) + (isDone ? "done" : "");
-            for (const auto& [path, content] : left) all += path + '\0' + content + '\0';
-            if (!seen.insert(std::hash<std::string>()(all)).second) return;
-            Write(left);
-            const std::string wrong = Judge(left, steps[step].second, isDone, [this] { return Content(); });
-            ++count.states;
-            if (!wrong.empty() && count.losses++ == 0)
-                count.firstLoss = scenario + ", seed " + std::to_string(seed) + ", step " +
-                                  std::to_string(step) + ", call " + std::to_string(i) + ": " + wrong;
-        });
-        if (isDone) ++step;
-    }
+    VisitCuts(log, model, seed, steps, [&](const Disk& left, const Moment& moment) {
+        std::string all = std::to_string(moment.number) + (moment.isDone ? "done" : "");
+        for (const auto& [path, content] : left) all += path + '\0' + content + '\0';
+        if (!seen.insert(std::hash<std::string>()(all)).second) return;
+        Write(left);
+        const std::string wrong = Judge(left, moment.step, moment.isDone, [this] { return Content(); });
+        ++count.states;
+        if (!wrong.empty() && count.losses++ == 0)
+            count.firstLoss = scenario + ", seed " + std::to_string(seed) + ", step " +
+                              std::to_string(moment.number) + ", call " + std::to_string(moment.call) + ": " +
+                              wrong;
+    });
     return count;
+}
+
+std::vector<Disk> Laboratory::CutInTheMiddleOfAnAppend(const std::string& scenario, unsigned seed) {
+    Write({});
+    const auto log = RunSession(scenario, seed, "");
+    const DiskModel model(m_device.string(), {});
+    std::map<std::size_t, Disk> byCall;
+    VisitCuts(log, model, seed, StepsOf(log, model), [&](const Disk& left, const Moment& moment) {
+        if (moment.number > 0 && !moment.isDone && IsInTheMiddle(left, moment.step)) byCall[moment.call] = left;
+    });
+    std::vector<Disk> disks;
+    for (auto& [call, disk] : byCall) disks.push_back(std::move(disk));
+    return disks;
 }
 
 int Laboratory::RunWithFault(const std::string& scenario, unsigned seed, long call, const std::string& fault,

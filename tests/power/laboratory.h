@@ -27,6 +27,10 @@ class Laboratory : FilesInMemory {
     Count CutPower(const std::string& scenario, unsigned seed, const Disk& atFirst = {},
                    const std::string& refuse = "");
 
+    // Disks that a cut in the middle of an append leaves: the ring is neither the old nor the new one. At most
+    // one for each moment.
+    std::vector<Disk> CutInTheMiddleOfAnAppend(const std::string& scenario, unsigned seed);
+
     // Runs a session in which call number `call` fails ("28", an error number, or "short"). The exit code; the
     // name of the call that failed goes to `failed`, empty when there were fewer calls.
     int RunWithFault(const std::string& scenario, unsigned seed, long call, const std::string& fault,

@@ -54,6 +54,23 @@ TEST_P(PowerCut, AtEveryMoment_LosesNothing) {
     EXPECT_GE(count.states, GetParam().atLeast);
 }
 
+// A second cut, while the append that the first one interrupted is being finished.
+TEST(PowerCutAfterAPowerCut, AtEveryMoment_FinishesTheAppend) {
+    Laboratory laboratory;
+    Count all;
+    for (unsigned seed = Seed(1); seed < Seed(1) + 3; ++seed) {
+        for (const Disk& disk : laboratory.CutInTheMiddleOfAnAppend("turning", seed)) {
+            const Count one = laboratory.CutPower("recovering", seed, disk);
+            all.states += one.states;
+            if (all.losses == 0) all.firstLoss = one.firstLoss;
+            all.losses += one.losses;
+        }
+    }
+    std::cout << all.states << " states, " << all.losses << " losses\n";
+    EXPECT_EQ(all.losses, 0u) << all.firstLoss;
+    EXPECT_GE(all.states, 1000u);
+}
+
 // The laboratory sees: without the note of the append in hand, cuts in the middle of one cost the recording.
 TEST(PowerCutWithoutTheNote, InTheMiddleOfAnAppend_LosesTheRecording) {
     Laboratory laboratory;

@@ -150,6 +150,12 @@ void Salvaging(Session& session) {
     session.Append(2);
 }
 
+// On a device whose power was cut in the middle of an append.
+void Recovering(Session& session) {
+    session.Open(12, true);
+    session.Append(1);
+}
+
 void Tracks(Session& session) {
     session.SaveTrack("one", 20);
     session.SaveTrack("two", 30);
@@ -171,9 +177,9 @@ void Everything(Session& session) {
 }
 
 const std::map<std::string, void (*)(Session&)> kScenarios = {
-    {"growing", Growing},     {"turning", Turning},     {"filling", Filling},
-    {"slices", Slices},       {"reopening", Reopening}, {"shrinking", Shrinking},
-    {"salvaging", Salvaging}, {"tracks", Tracks},       {"everything", Everything}};
+    {"growing", Growing},     {"turning", Turning},      {"filling", Filling},     {"slices", Slices},
+    {"reopening", Reopening}, {"shrinking", Shrinking},  {"salvaging", Salvaging}, {"recovering", Recovering},
+    {"tracks", Tracks},       {"everything", Everything}};
 
 }  // namespace
 
