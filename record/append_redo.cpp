@@ -193,12 +193,13 @@ bool IsFor(const Noted& noted, std::FILE* ring) {
 
 void log_file::AppendRedo::Open(const char* path) {
     Close();
+    m_bKept = false;
     m_pFile = OpenOrMake(path);
     m_bNoted = m_pFile != nullptr && ReadNote(m_pFile).has_value();
 }
 
 void log_file::AppendRedo::Close() {
-    Forget();
+    if (!m_bKept) Forget();
     platform::fclose(m_pFile);
     m_pFile = nullptr;
 }
@@ -208,6 +209,7 @@ void log_file::AppendRedo::Note(std::FILE* ring, RingHeader before, const RingWr
     if (m_pFile == nullptr || std::fseek(m_pFile, 0, SEEK_SET) != 0) return;
     const std::string framed = Framed(NoteOf(MarkOf(ring, before), before, plan, batch));
     m_bNoted = true;  // also when only a part of it can be written
+    m_bKept = false;
     std::fwrite(framed.data(), framed.size(), 1, m_pFile);
     platform::fflush(m_pFile);
 }

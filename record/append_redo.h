@@ -26,7 +26,7 @@ class AppendRedo {
     AppendRedo& operator=(const AppendRedo&) = delete;
 
     void Open(const char* path);  // device path; makes the file when it is missing
-    void Close();                 // a recording closed in order needs no note: it is made void
+    void Close();                 // a recording closed in order needs no note: it is made void, unless kept
 
     // Notes, and commits, what is about to be written to `ring`, whose header is `before`.
     void Note(std::FILE* ring, RingHeader before, const RingWrite& plan,
@@ -34,6 +34,8 @@ class AppendRedo {
     // Makes the note void, and commits that; to be called before the ring is written in any other way than by
     // an append.
     void Forget();
+    // The ring is not as it should be, and cannot be mended now: closing leaves the note for the next start.
+    void Keep() { m_bKept = true; }
     // Writes what is noted to the ring, when the note is whole and the ring is the one it was made for, before
     // or after the append or between; writing it twice does no harm. The header that the ring had before, or
     // nullopt when nothing was written. Flushing, and looking for write errors, is the caller's.
@@ -42,6 +44,7 @@ class AppendRedo {
  private:
     std::FILE* m_pFile = nullptr;
     bool m_bNoted = false;
+    bool m_bKept = false;
 };
 
 }  // namespace log_file

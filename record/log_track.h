@@ -85,7 +85,8 @@ class QTRACE_API CTrackEx : public CTrack {
  protected:
     // The files, by their streams; nothing is done for a null stream.
     void SavePtListInfo2(void* stream);  // the whole point file from the slices, not wrapped, then flushed
-    void LoadPtListInfo2(void* stream, int count, int start);  // into the own point list, oldest first
+    // Into the own point list, oldest first. False when a record could not be read: zeros stand for it.
+    bool LoadPtListInfo2(void* stream, int count, int start);
     // Salvages the valid records among `size` bytes into the own point list, sorted by time: at most the
     // capacity, the newest. `step` above 0: what an invalid record takes from those bytes.
     void RecoverPtList(void* stream, int step, int size);
@@ -116,8 +117,8 @@ class QTRACE_API CTrackEx : public CTrack {
     bool RewritePointFile();   // from the slices; false, with the file as it was, when it cannot be written
     std::string PointFileFromSlices();
     bool RestoreRing();
-    void LoadRing(const log_file::RingHeader& header);
-    bool SalvageRing(std::int64_t fileSize);
+    bool LoadRing(const log_file::RingHeader& header);
+    bool SetRingAside();
     bool RingFitsCapacity(log_file::RingHeader& header);
     bool AidSaveFile();  // writes both files anew
     std::vector<TckPt, je_allocator<TckPt>> AllPoints() const;

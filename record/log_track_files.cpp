@@ -120,10 +120,11 @@ bool CTrackEx::CommitPointFile() {
 // damaged. What was in it stays; the batch lives on in memory.
 void CTrackEx::TakeBackAppend(const log_file::RingHeader& before) {
     const bool isCut = platform::CutBack(m_pPointFile, log_file::FileSizeOf(before.count));
-    if (std::fseek(m_pPointFile, 0, SEEK_SET) != 0) return;
-    log_file::WriteHeader(m_pPointFile, before);
+    const bool isReached = std::fseek(m_pPointFile, 0, SEEK_SET) == 0;
+    if (isReached) log_file::WriteHeader(m_pPointFile, before);
     // While it is not taken back for certain, the note is what mends the file at the next start.
-    if (platform::fflush(m_pPointFile) == 0 && isCut) m_pRedo->Forget();
+    if (isReached && platform::fflush(m_pPointFile) == 0 && isCut) return m_pRedo->Forget();
+    m_pRedo->Keep();
 }
 
 // A file made with a larger capacity is written anew with its newest points before its oldest are overwritten:

@@ -1,6 +1,7 @@
 // What a start finds in the point file: a ring to read, or a damaged one to salvage and keep aside.
 // The bytes: docs/formats/log-file.md. The files while the recording runs: record/log_track_files.cpp.
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 #include "platform/file.h"
@@ -45,6 +46,11 @@ void KeepNewest(Points& points, std::size_t most) {
     if (points.size() > most) points.erase(points.begin(), points.end() - static_cast<std::ptrdiff_t>(most));
 }
 
+bool IsNothing(const TckPt& point) {
+    const TckPt nothing{};
+    return std::memcmp(&point, &nothing, sizeof point) == 0;
+}
+
 }  // namespace
 
 bool CTrackEx::RestoreRing() {
@@ -54,24 +60,29 @@ bool CTrackEx::RestoreRing() {
         return true;
     }
     const auto header = log_file::ReadHeader(m_pPointFile);
-    if (!header || !log_file::IsConsistent(*header, size)) return SalvageRing(size);
-    LoadRing(*header);
-    return true;
+    if (!header || !log_file::IsConsistent(*header, size)) {
+        RecoverPtList(m_pPointFile, 1,
+                      static_cast<int>(std::min<std::int64_t>(size, std::numeric_limits<int>::max())));
+        return SetRingAside();
+    }
+    return LoadRing(*header) || SetRingAside();
 }
 
-void CTrackEx::LoadRing(const log_file::RingHeader& header) {
+// False when the storage did not hand out all of it: only what was read is then there. A file written anew from
+// that must not be the only one.
+bool CTrackEx::LoadRing(const log_file::RingHeader& header) {
     m_uPtCount = header.count;
-    LoadPtListInfo2(m_pPointFile, header.count, header.start);
+    const bool isRead = LoadPtListInfo2(m_pPointFile, header.count, header.start);
+    if (!isRead) std::erase_if(OwnPoints(), IsNothing);
     SortByTime(OwnPoints());
-    DoSlice();
+    if (isRead) DoSlice();
+    return isRead;
 }
 
-// Read first, moved aside when closed: some systems move no open file. What was salvaged is on storage before
-// the damaged file moves, under a name that the next start looks for, should the power fail between the two
-// moves.
-bool CTrackEx::SalvageRing(std::int64_t fileSize) {
-    RecoverPtList(m_pPointFile, 1,
-                  static_cast<int>(std::min<std::int64_t>(fileSize, std::numeric_limits<int>::max())));
+// The recording goes on with the points read from the file, which is moved aside when it is closed: some
+// systems move no open file. What was salvaged is on storage before the damaged file moves, under a name that
+// the next start looks for, should the power fail between the two moves.
+bool CTrackEx::SetRingAside() {
     m_uPtCount = static_cast<std::uint32_t>(GetPtList().size());
     DoSlice();
     platform::fclose(m_pPointFile);
@@ -99,14 +110,15 @@ void CTrackEx::BackTmpTrkFile() {
 }
 
 // A record that fails its check stays a point of zeros, so that the number of points is the file's.
-void CTrackEx::LoadPtListInfo2(void* stream, int count, int start) {
-    if (stream == nullptr || count < 0 || start < 0 || start > count) return;
+bool CTrackEx::LoadPtListInfo2(void* stream, int count, int start) {
+    if (stream == nullptr || count < 0 || start < 0 || start > count) return false;
     Points slots(static_cast<std::size_t>(count));
-    log_file::ReadRecords(static_cast<std::FILE*>(stream), slots);
+    const bool isRead = log_file::ReadRecords(static_cast<std::FILE*>(stream), slots);
     for (TckPt& record : slots)
         if (!fcs16::IsValid(record)) record = {};
     std::rotate(slots.begin(), slots.begin() + start, slots.end());
     OwnPoints().swap(slots);
+    return isRead;
 }
 
 // KEPT: reading begins at byte 0, four bytes before slot 0, so the records of a file whose header is intact do

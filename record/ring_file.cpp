@@ -93,10 +93,11 @@ void log_file::ReadSlot(std::FILE* file, std::size_t slot, TckPt& record) {
     if (ReadAt(file, static_cast<long>(FileSizeOf(slot)), &record, sizeof record) != sizeof record) record = {};
 }
 
-void log_file::ReadRecords(std::FILE* file, Points& records) {
+bool log_file::ReadRecords(std::FILE* file, Points& records) {
     const std::size_t size = records.size() * kRecordSize;
     const std::size_t whole = ReadAt(file, PlaceIn(file), records.data(), size) / kRecordSize;
     std::fill(records.begin() + static_cast<std::ptrdiff_t>(whole), records.end(), TckPt{});
+    return whole == records.size();
 }
 
 void log_file::WriteSlots(std::FILE* file, std::size_t slot, const Points& points) {

@@ -38,8 +38,9 @@ bool ReadRecord(std::FILE* file, TckPt& record);
 // The record in a slot; cleared when it cannot be read.
 void ReadSlot(std::FILE* file, std::size_t slot, TckPt& record);
 
-// Fills `records` with what stands from the stream's place on; those that cannot be read whole are cleared.
-void ReadRecords(std::FILE* file, std::vector<TckPt, je_allocator<TckPt>>& records);
+// Fills `records` with what stands from the stream's place on; those that cannot be read whole are cleared,
+// and it answers false.
+bool ReadRecords(std::FILE* file, std::vector<TckPt, je_allocator<TckPt>>& records);
 
 // Writes `points` from a slot on, in one write; nothing when the slot cannot be reached.
 void WriteSlots(std::FILE* file, std::size_t slot, const std::vector<TckPt, je_allocator<TckPt>>& points);

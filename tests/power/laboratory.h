@@ -31,8 +31,9 @@ class Laboratory : FilesInMemory {
     // one for each moment.
     std::vector<Disk> CutInTheMiddleOfAnAppend(const std::string& scenario, unsigned seed);
 
-    // Runs a session in which call number `call` fails ("28", an error number, or "short"). The exit code; the
-    // name of the call that failed goes to `failed`, empty when there were fewer calls.
+    // Runs a session in which call number `call` fails ("28", an error number; "28 3", it and the two behind
+    // it; or "short"). The exit code; the name of the first call that failed goes to `failed`, empty when there
+    // were fewer calls.
     int RunWithFault(const std::string& scenario, unsigned seed, long call, const std::string& fault,
                      std::string& failed);
 

@@ -14,6 +14,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdarg>
@@ -47,7 +48,8 @@ struct Shim {
     int log = -1;
     long calls = 0;
     long faultAt = 0;
-    int fault = 0;  // the error; 0: a short write
+    int fault = 0;    // the error; 0: a short write
+    long faults = 1;  // how many calls in a row
     std::string failed;
     int nextFile = 1;
     std::map<std::string, int> names;  // of the files below the root, as they are now
@@ -61,10 +63,10 @@ struct Shim {
             log = static_cast<int>(
                 syscall(SYS_openat, AT_FDCWD, path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
         const std::string wanted = Variable("QTRACE_SHIM_FAULT");
-        faultAt = std::atol(wanted.c_str());
-        const std::size_t blank = wanted.find(' ');
-        if (blank != std::string::npos && wanted.substr(blank + 1) != "short")
-            fault = std::atoi(wanted.c_str() + blank);
+        char* end = nullptr;
+        faultAt = std::strtol(wanted.c_str(), &end, 10);
+        fault = static_cast<int>(std::strtol(end, &end, 10));
+        faults = std::max(std::strtol(end, nullptr, 10), 1L);
     }
 };
 
@@ -88,11 +90,11 @@ bool IsOurs(int descriptor) {
     return The().files.count(descriptor) != 0 || The().folders.count(descriptor) != 0;
 }
 
-// Counts a call; true when it is the one that is to fail.
+// Counts a call; true when it is one that is to fail.
 bool Fails(const char* name) {
     Shim& shim = The();
-    if (++shim.calls != shim.faultAt) return false;
-    shim.failed = name;
+    if (++shim.calls < shim.faultAt || shim.calls >= shim.faultAt + shim.faults) return false;
+    if (shim.calls == shim.faultAt) shim.failed = name;
     if (shim.fault == 0) return false;
     errno = shim.fault;
     return true;
