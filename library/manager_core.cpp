@@ -63,6 +63,7 @@ void CTrackMan::SaveConfig() {}
 // --- Recording ---
 
 void CTrackMan::InitSetting() {
+    m_logTrack.CloseEx();  // brings to the storage what it had no room for
     m_logTrack.ClearAllSliceTrace();
     m_logTrack.SetOverWrt(m_pSettings->GetTrackOverWriteMode());
     m_logTrack.SetFilePathEx("Log.dat", "LogHd.dat");

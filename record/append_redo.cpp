@@ -226,6 +226,9 @@ std::optional<RingHeader> log_file::AppendRedo::Replay(std::FILE* ring) const {
     const auto noted = note ? TakeApart(*note) : std::nullopt;
     if (!noted || !IsFor(*noted, ring) || std::fseek(ring, 0, SEEK_SET) != 0) return std::nullopt;
     WriteHeader(ring, noted->after);
-    for (const Noted::Block& block : noted->blocks) WriteSlots(ring, block.slot, block.records);
+    for (const Noted::Block& block : noted->blocks) {
+        WriteSlots(ring, block.slot, block.records);
+        if (&block != &noted->blocks.back() && !Commit(ring)) break;  // as Execute
+    }
     return noted->before;
 }

@@ -114,7 +114,11 @@ class QTRACE_API CTrackEx : public CTrack {
     bool CommitPointFile();   // false when something could not be written
     void TakeBackAppend(const log_file::RingHeader& before);
     bool FinishLastSalvage();  // likewise
-    bool RewritePointFile();   // from the slices; false, with the file as it was, when it cannot be written
+    bool IsSalvageLeft() const;
+    bool RewritePointFile();  // from the slices; false, with the file as it was, when it cannot be written
+    bool MendPointFile();
+    bool KeepInMemory(const std::vector<TckPt, je_allocator<TckPt>>& pts);
+    std::size_t RoomInMemory(std::size_t wanted) const;
     std::string PointFileFromSlices();
     bool RestoreRing();
     bool LoadRing(const log_file::RingHeader& header);
@@ -134,4 +138,5 @@ class QTRACE_API CTrackEx : public CTrack {
     std::uint16_t m_usMaxPtCount;
     std::uint32_t m_uPtCount = 0;
     std::uint32_t m_uUnwritten = 0;  // points in memory for which the storage had no room
+    bool m_bNoRing = false;          // the point file is none that can be appended to: a write to it failed
 };

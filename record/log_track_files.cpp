@@ -1,5 +1,7 @@
 // The recording's files while it runs: opening, appending, writing anew. What a start finds in them:
 // record/log_track_restore.cpp. The bytes: docs/formats/log-file.md. What an append writes: record/ring_plan.h.
+#include <algorithm>
+
 #include "platform/file.h"
 #include "record/append_redo.h"
 #include "record/fcs16.h"
@@ -42,12 +44,14 @@ bool CTrackEx::OpenEx() {
 }
 
 bool CTrackEx::CloseEx() {
+    if (m_pPointFile != nullptr && m_uUnwritten != 0) RewritePointFile();
     platform::fclose(m_pPointFile);
     platform::fclose(m_pHeadFile);
     m_pPointFile = nullptr;
     m_pHeadFile = nullptr;
     m_pRedo->Close();
     ClearAllSliceTrace();
+    m_bNoRing = false;
     return true;
 }
 
@@ -62,6 +66,7 @@ bool CTrackEx::OpenHeadFile() {
 
 bool CTrackEx::OpenPointFile() {
     FinishLastSalvage();
+    if (IsSalvageLeft()) return false;
     m_pPointFile = log_file::OpenOrMake(PathOf(m_strPointFile).c_str());
     return m_pPointFile != nullptr;
 }
@@ -80,26 +85,37 @@ void CTrackEx::FinishLastAppend() {
 }
 
 // In one step, so that a power cut leaves the old file or the new one. Closed in between: some systems exchange
-// no open file.
+// no open file. The note of an append that could not be taken back is needed until then.
 bool CTrackEx::RewritePointFile() {
-    m_pRedo->Forget();
+    if (!m_bNoRing) m_pRedo->Forget();
     platform::fclose(m_pPointFile);
     const std::string path = PathOf(m_strPointFile);
     const bool isWritten = platform::ReplaceFileContent(WidePath(path).c_str(), PointFileFromSlices());
-    if (isWritten) m_uUnwritten = 0;
+    if (isWritten) {
+        m_pRedo->Forget();
+        m_uUnwritten = 0;
+        m_bNoRing = false;
+    }
     m_pPointFile = nullptr;
     for (int attempt = 0; attempt < kMostOpenAttempts && m_pPointFile == nullptr; ++attempt)
         m_pPointFile = platform::fopen(path.c_str(), kOpenExisting);
     return isWritten && m_pPointFile != nullptr;
 }
 
+// What an earlier write failed to bring to the storage goes there as soon as it can. False when the point file
+// still is none that can be appended to.
+bool CTrackEx::MendPointFile() { return (m_uUnwritten == 0 && !m_bNoRing) || RewritePointFile() || !m_bNoRing; }
+
 bool CTrackEx::AppendEx(Points& pts) {
     if (m_pPointFile == nullptr || pts.empty() || pts.size() >= m_usMaxPtCount) return false;
     for (TckPt& point : pts) fcs16::Stamp(point);
+    if (!MendPointFile() || m_pPointFile == nullptr) return KeepInMemory(pts);
     std::clearerr(m_pPointFile);  // of earlier calls
     log_file::RingHeader ring;
     if (!RingFitsCapacity(ring)) return false;
-    const auto plan = log_file::PlanAppend(ring, pts.size(), m_usMaxPtCount, m_bOverWrt);
+    const std::size_t wanted = m_uUnwritten == 0 ? pts.size() : RoomInMemory(pts.size());
+    const auto plan =
+        wanted == 0 ? std::nullopt : log_file::PlanAppend(ring, wanted, m_usMaxPtCount, m_bOverWrt);
     if (!plan) return false;
     m_pRedo->Note(m_pPointFile, ring, *plan, pts);
     log_file::Execute(m_pPointFile, *plan, pts);
@@ -112,9 +128,21 @@ bool CTrackEx::AppendEx(Points& pts) {
     return true;
 }
 
-bool CTrackEx::CommitPointFile() {
-    return platform::fflush(m_pPointFile) == 0 && std::ferror(m_pPointFile) == 0;
+// As an append that the storage failed to take.
+bool CTrackEx::KeepInMemory(const Points& pts) {
+    const std::size_t taken = RoomInMemory(pts.size());
+    if (taken == 0) return false;
+    AddPtLstToTrkLst(taken, pts, NewestPoint(), m_uPtCount);
+    m_uUnwritten = m_uPtCount;
+    return true;
 }
+
+std::size_t CTrackEx::RoomInMemory(std::size_t wanted) const {
+    if (m_bOverWrt) return wanted;
+    return m_uPtCount < m_usMaxPtCount ? std::min<std::size_t>(wanted, m_usMaxPtCount - m_uPtCount) : 0;
+}
+
+bool CTrackEx::CommitPointFile() { return log_file::Commit(m_pPointFile); }
 
 // On a full storage the header would count records that are not there, and the whole file would count as
 // damaged. What was in it stays; the batch lives on in memory.
@@ -125,6 +153,7 @@ void CTrackEx::TakeBackAppend(const log_file::RingHeader& before) {
     // While it is not taken back for certain, the note is what mends the file at the next start.
     if (isReached && platform::fflush(m_pPointFile) == 0 && isCut) return m_pRedo->Forget();
     m_pRedo->Keep();
+    m_bNoRing = true;
 }
 
 // A file made with a larger capacity is written anew with its newest points before its oldest are overwritten:

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "platform/file.h"
+#include "platform/find.h"
 #include "record/fcs16.h"
 #include "record/log_track.h"
 #include "record/ring_file.h"
@@ -20,16 +21,22 @@ constexpr wchar_t kBackupName[] = L"\\TmpTk";
 constexpr wchar_t kBackupSuffix[] = L".bk";
 constexpr int kMostBackups = 999;           // in one folder
 constexpr char kSalvagedSuffix[] = ".new";  // behind the point file's name
-constexpr char kOpenExisting[] = "rbc+";
 
-// Under the first free name of TmpTk.bk, TmpTk2.bk, TmpTk3.bk and so on.
+bool Exists(const std::wstring& file) {
+    platform::FindData entry;
+    const platform::Handle search = platform::FindFirstFileW(file.c_str(), &entry);
+    if (search == platform::kInvalidHandle) return false;
+    platform::FindClose(search);
+    return true;
+}
+
+// Under the first free name of TmpTk.bk, TmpTk2.bk, TmpTk3.bk and so on. Where that fails another name would
+// not help: to a card the whole file is copied, each time.
 bool MoveToBackup(const std::wstring& file, const std::wstring& folder) {
-    if (platform::MoveFileW(file.c_str(), (folder + kBackupName + kBackupSuffix).c_str())) return true;
-    for (int number = 2; number <= kMostBackups; ++number) {
-        const std::wstring name = kBackupName + std::to_wstring(number) + kBackupSuffix;
-        if (platform::MoveFileW(file.c_str(), (folder + name).c_str())) return true;
-    }
-    return false;
+    std::wstring backup = folder + kBackupName + kBackupSuffix;
+    for (int number = 2; number <= kMostBackups && Exists(backup); ++number)
+        backup = folder + kBackupName + std::to_wstring(number) + kBackupSuffix;
+    return platform::MoveFileW(file.c_str(), backup.c_str());
 }
 
 // Points of equal time keep their order. Mostly they are in order: looking takes a tenth of the time of
@@ -57,6 +64,7 @@ bool CTrackEx::RestoreRing() {
     const std::int64_t size = log_file::SizeOf(m_pPointFile);
     if (size == 0) {
         SavePtListInfo2(m_pPointFile);
+        m_bNoRing = !CommitPointFile();
         return true;
     }
     const auto header = log_file::ReadHeader(m_pPointFile);
@@ -90,17 +98,25 @@ bool CTrackEx::SetRingAside() {
     platform::ReplaceFileContent(WidePath(PathOf(m_strPointFile + kSalvagedSuffix)).c_str(),
                                  PointFileFromSlices());
     BackTmpTrkFile();
-    if (!FinishLastSalvage()) return RewritePointFile();
-    m_pPointFile = platform::fopen(PathOf(m_strPointFile).c_str(), kOpenExisting);
+    m_bNoRing = !FinishLastSalvage() && !RewritePointFile();
+    if (IsSalvageLeft()) return false;
+    if (m_pPointFile == nullptr) m_pPointFile = log_file::OpenOrMake(PathOf(m_strPointFile).c_str());
     return m_pPointFile != nullptr;
 }
 
 // False when there is none, or when a point file is in its place: then it is not needed any more.
 bool CTrackEx::FinishLastSalvage() {
     const std::wstring salvaged = WidePath(PathOf(m_strPointFile + kSalvagedSuffix));
-    if (platform::MoveFileW(salvaged.c_str(), WidePath(PathOf(m_strPointFile)).c_str())) return true;
+    const std::wstring ring = WidePath(PathOf(m_strPointFile));
+    if (!Exists(ring)) return platform::MoveFileW(salvaged.c_str(), ring.c_str());
     platform::DeleteFileW(salvaged.c_str());
     return false;
+}
+
+// It could not be moved for the moment: an empty point file must not take its place.
+bool CTrackEx::IsSalvageLeft() const {
+    return Exists(WidePath(PathOf(m_strPointFile + kSalvagedSuffix))) &&
+           !Exists(WidePath(PathOf(m_strPointFile)));
 }
 
 void CTrackEx::BackTmpTrkFile() {

@@ -116,8 +116,11 @@ std::string log_file::WholeFile(const Points& points) {
     return file;
 }
 
+bool log_file::Commit(std::FILE* file) { return platform::fflush(file) == 0 && std::ferror(file) == 0; }
+
 void log_file::Execute(std::FILE* file, const RingWrite& plan, const Points& batch) {
     if (!SeekTo(file, 0)) return;
     WriteHeader(file, plan.header);
-    for (std::size_t i = 0; i < plan.blockCount; ++i) WriteBlock(file, plan.blocks[i], batch);
+    for (std::size_t i = 0; i < plan.blockCount && (i == 0 || !plan.growsAndTurns || Commit(file)); ++i)
+        WriteBlock(file, plan.blocks[i], batch);
 }

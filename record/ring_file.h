@@ -14,7 +14,8 @@
 #include "util/je_allocator.h"
 
 // Streams are non-null, open for reading and writing, and stay the caller's. Every operation but ReadRecord
-// leaves its place in the stream behind what it touched. Write errors are not reported; nothing here flushes.
+// leaves its place in the stream behind what it touched. Write errors are not reported; only Commit and Execute
+// flush.
 namespace log_file {
 
 // Opens a file, or makes it where there is none: one that cannot be opened for the moment must not be emptied.
@@ -51,7 +52,11 @@ void WriteRecords(std::FILE* file, const std::vector<TckPt, je_allocator<TckPt>>
 // A whole file of these records, not wrapped; at most 65535.
 std::string WholeFile(const std::vector<TckPt, je_allocator<TckPt>>& points);
 
-// Carries out what PlanAppend decided for `batch`: the header, then each block in one write.
+// Waits until the storage has what was written. False when it does not take it, or did not before.
+bool Commit(std::FILE* file);
+
+// Carries out what PlanAppend decided for `batch`: the header, then each block in one write. Where the file
+// grows and turns, the oldest records are written over only when the storage had room for those at the end.
 void Execute(std::FILE* file, const RingWrite& plan, const std::vector<TckPt, je_allocator<TckPt>>& batch);
 
 }  // namespace log_file

@@ -45,7 +45,9 @@ RingWrite IntoUnwrapped(std::size_t count, std::size_t batchSize, std::size_t ca
     const std::size_t end = count + batchSize;
     if (end <= capacity) return OneBlock(Header(0, end), count, batchSize);
     if (!overwrite) return OneBlock(Header(0, capacity), count, capacity - count);
-    return AcrossTheEnd(Header(end - capacity, capacity), count, batchSize, capacity);
+    RingWrite write = AcrossTheEnd(Header(end - capacity, capacity), count, batchSize, capacity);
+    write.growsAndTurns = count < capacity;
+    return write;
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ struct RingWrite {
     RingHeader header;
     std::array<RingBlock, 2> blocks{};
     std::size_t blockCount = 0;
-    std::size_t recorded = 0;  // how many points of the batch, from its first, the recording gains
+    std::size_t recorded = 0;    // how many points of the batch, from its first, the recording gains
+    bool growsAndTurns = false;  // the first block makes the file longer, the second goes over old records
 };
 
 // How a batch of `batchSize` points goes into a ring of `capacity` slots whose header is `now`;

@@ -1,22 +1,7 @@
 // What the recording has brought to storage when an operation returns. How a stream does it:
 // tests/platform/file_test.cpp.
-#include <sys/syscall.h>
-#include <unistd.h>
-
 #include "tests/record/log_track_fixture.h"
-
-namespace {
-std::vector<std::string> s_vecCommits;  // names of the files, in order
-std::string s_strFailing;               // the file that the storage does not take
-}  // namespace
-
-// The program's own definition comes before the C library's: it notes the file, and then does the real thing.
-extern "C" int fdatasync(int descriptor) {
-    const auto link = "/proc/self/fd/" + std::to_string(descriptor);
-    s_vecCommits.push_back(std::filesystem::read_symlink(link).filename().string());
-    if (s_vecCommits.back() == s_strFailing) return -1;
-    return static_cast<int>(syscall(SYS_fdatasync, descriptor));
-}
+#include "tests/record/posix/storage_calls.h"
 
 class LogTrackCommits : public LogTrackTest {
  protected:
@@ -24,17 +9,24 @@ class LogTrackCommits : public LogTrackTest {
 
     template <typename Action>
     static Files CommitsOf(Action action) {
-        s_vecCommits.clear();
+        storage_calls::commits.clear();
         action();
-        return s_vecCommits;
+        return storage_calls::commits;
     }
 };
 
 TEST_F(LogTrackCommits, EachAppend_CommitsItsNoteAndThenTheRing) {
     ASSERT_TRUE(Open(10));
-    for (const int points : {1, 3, 5, 4, 9})
+    for (const int points : {1, 3, 6, 4, 9})
         EXPECT_EQ(CommitsOf([&] { EXPECT_TRUE(Record(points)); }), (Files{"Log.dat.redo", "Log.dat"}))
             << points;
+}
+
+// The oldest records give way when those at the end are on the storage.
+TEST_F(LogTrackCommits, AppendThatFillsTheRingAndTurns_CommitsBetween) {
+    ASSERT_TRUE(Open(10));
+    Record(8);
+    EXPECT_EQ(CommitsOf([&] { EXPECT_TRUE(Record(4)); }), (Files{"Log.dat.redo", "Log.dat", "Log.dat"}));
 }
 
 TEST_F(LogTrackCommits, RefusedBatch_CommitsNothing) {
@@ -68,10 +60,10 @@ TEST_F(LogTrackCommits, CompleteAppend_StaysThoughTheStorageFailsAtTheNextStart)
     const std::string note = BytesOf("\\App\\Log.dat.redo"), ring = BytesOf(kPointFile);
     Close();
     Write("\\App\\Log.dat.redo", note);
-    s_strFailing = "Log.dat";
+    storage_calls::failingCommit = "Log.dat";
     EXPECT_TRUE(Open(10));
     EXPECT_EQ(Times(), (std::vector<int>{0, 1, 2, 3, 4}));
     Close();
-    s_strFailing.clear();
+    storage_calls::failingCommit.clear();
     EXPECT_EQ(BytesOf(kPointFile), ring);
 }

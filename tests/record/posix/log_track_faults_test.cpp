@@ -1,35 +1,7 @@
 // Storage that takes no more and files that change under an open recording: nothing crashes, and memory stays
 // in step with what was accepted. On POSIX, where a process can be forbidden to let files grow.
-#include <sys/resource.h>
-
-#include <csignal>
-
 #include "tests/record/log_track_fixture.h"
-
-namespace {
-
-// While it lives, no file of this process grows beyond `bytes`; writes there fail as on a full device.
-class FullDevice {
- public:
-    explicit FullDevice(rlim_t bytes) {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit now{bytes, m_before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~FullDevice() {
-        setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_handler);
-    }
-    FullDevice(const FullDevice&) = delete;
-    FullDevice& operator=(const FullDevice&) = delete;
-
- private:
-    rlimit m_before{};
-    void (*m_handler)(int);
-};
-
-}  // namespace
+#include "tests/support/posix/full_device.h"
 
 class LogTrackFaults : public LogTrackTest {
  protected:
@@ -40,13 +12,13 @@ TEST_F(LogTrackFaults, DeviceFullFromTheStart_OpensAndRecordsInMemory) {
     {
         const FullDevice full(0);
         EXPECT_TRUE(Open(100));
-        for (int batch = 0; batch < 5; ++batch) Record(10);
-        EXPECT_EQ(m_track->GetPtCount(), Remembered().size());
-        Close();
+        for (int batch = 0; batch < 5; ++batch) EXPECT_TRUE(Record(10));
+        EXPECT_EQ(Remembered().size(), 50u);
+        EXPECT_EQ(m_track->GetPtCount(), 50u);
+        EXPECT_EQ(FileSize(), 0u);
     }
-    EXPECT_TRUE(Open(100));
-    EXPECT_TRUE(Record(3));
-    EXPECT_EQ(Ring(), (RingState{0, 3}));
+    EXPECT_TRUE(Record(3)) << "there is room again";
+    EXPECT_EQ(Ring(), (RingState{0, 53}));
 }
 
 TEST_F(LogTrackFaults, DeviceFullInTheMiddle_LeavesTheRecordsThatWereThere) {
@@ -75,7 +47,95 @@ TEST_F(LogTrackFaults, DeviceFullForLong_KeepsMemoryWithinTheCapacity) {
     EXPECT_EQ(m_track->GetPtCount(), 100u);
 }
 
-// What had no place on the storage is gone with the memory, and must not be counted any more.
+TEST_F(LogTrackFaults, RoomAgain_TheNextBatchBringsWhatWasInMemory) {
+    Open(100);
+    Record(20);
+    {
+        const FullDevice full(FileSize());
+        Record(30);
+        Record(10);
+    }
+    EXPECT_TRUE(Record(5));
+    EXPECT_EQ(Ring(), (RingState{0, 65}));
+    const std::vector<int> times = Times();
+    EXPECT_TRUE(Open(100));
+    EXPECT_EQ(Times(), times);
+}
+
+TEST_F(LogTrackFaults, RoomAgainWhenItIsClosed_ClosingBringsWhatWasInMemory) {
+    Open(100);
+    Record(20);
+    {
+        const FullDevice full(FileSize());
+        Record(30);
+    }
+    Close();
+    EXPECT_TRUE(Open(100));
+    EXPECT_EQ(Remembered().size(), 50u);
+}
+
+TEST_F(LogTrackFaults, RoomAgainButNoOverwriting_TakesNoMoreThanTheCapacity) {
+    Open(20, false);
+    Record(8);
+    {
+        const FullDevice full(FileSize());
+        Record(10);
+        EXPECT_TRUE(Record(6)) << "two of them";
+        EXPECT_FALSE(Record(1));
+    }
+    EXPECT_FALSE(Record(1));
+    EXPECT_EQ(Remembered().size(), 20u);
+    EXPECT_TRUE(m_track->SaveSliceData());
+    EXPECT_EQ(Ring(), (RingState{0, 20}));
+}
+
+// The oldest records give way only for a batch that has room at the end.
+TEST_F(LogTrackFaults, FullWhereTheRingTurnsFirst_LeavesTheOldestRecords) {
+    Open(10);
+    Record(8);
+    const std::string before = BytesOf(kPointFile);
+    {
+        const FullDevice full(before.size());
+        EXPECT_TRUE(Record(4));
+        EXPECT_EQ(BytesOf(kPointFile), before);
+    }
+    EXPECT_TRUE(Record(1));
+    EXPECT_EQ(Times(), (std::vector<int>{3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
+}
+
+TEST_F(LogTrackFaults, FullAtTheNextStartWhereTheRingTurnsFirst_LeavesTheOldestRecords) {
+    Open(10);
+    Record(8);
+    const std::string before = BytesOf(kPointFile);
+    Record(4);
+    const std::string note = BytesOf("\\App\\Log.dat.redo");
+    Close();
+    Write(kPointFile, before);
+    Write("\\App\\Log.dat.redo", note);
+    const FullDevice full(before.size());
+    EXPECT_TRUE(Open(10));
+    EXPECT_EQ(Remembered().size(), 8u);
+    EXPECT_EQ(BytesOf(kPointFile), before);
+}
+
+// The recording goes on in memory; the damaged file is kept.
+TEST_F(LogTrackFaults, DamagedFileAndNoRoom_IsSalvagedIntoMemory) {
+    std::string records;
+    for (const TckPt& fix : NextFixes(20)) records += described::Record(fix);
+    Write(kPointFile, records);
+    {
+        const FullDevice full(100);
+        EXPECT_TRUE(Open(100));
+        EXPECT_EQ(Remembered().size(), 20u);
+        EXPECT_TRUE(Record(5));
+        EXPECT_EQ(Remembered().size(), 25u);
+        EXPECT_EQ(BytesOf(kBackup), records);
+    }
+    EXPECT_TRUE(Record(5));
+    EXPECT_EQ(Ring(), (RingState{0, 30}));
+}
+
+// What has no place on the storage until the end is gone with the memory, and must not be counted any more.
 TEST_F(LogTrackFaults, DeviceFullAndThenOpenedAgain_CountsWhatTheFileHolds) {
     Open(100);
     Record(20);
@@ -83,8 +143,8 @@ TEST_F(LogTrackFaults, DeviceFullAndThenOpenedAgain_CountsWhatTheFileHolds) {
         const FullDevice full(FileSize());
         Record(30);
         Record(30);
+        EXPECT_TRUE(m_track->OpenEx());
     }
-    EXPECT_TRUE(m_track->OpenEx());
     EXPECT_TRUE(Record(30));
     EXPECT_EQ(m_track->GetPtCount(), 50u);
     EXPECT_EQ(Remembered().size(), 50u);
