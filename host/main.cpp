@@ -8,6 +8,8 @@
 
 #include "host/program.h"
 #include "host/settings/configuration.h"
+#include "host/settings/usage_message.h"
+#include "host/text/display_width.h"
 
 namespace {
 
@@ -25,6 +27,7 @@ void Describe(CLI::App& app) {
     host::AddConfiguration(app);
     app.require_subcommand(1);
     app.fallthrough();
+    app.failure_message(host::UsageMessage);
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong usage. 'qtrace COMMAND --help' tells more.");
 }
 

@@ -8,6 +8,7 @@
 #include "host/settings/command_line.h"
 #include "host/settings/completion.h"
 #include "host/settings/manual.h"
+#include "host/settings/usage_message.h"
 #include "host/text/text.h"
 #include "host/tracks/library.h"
 
@@ -19,8 +20,9 @@ std::string HelpOf(const CLI::App& app, const std::vector<std::string>& names) {
     const CLI::App* asked = &app;
     std::string called = app.get_name();
     for (const std::string& name : names) {
-        asked = FindCommand(*asked, name);
-        if (asked == nullptr) throw CLI::ValidationError("COMMAND", "there is no command " + name);
+        const CLI::App* inner = FindCommand(*asked, name);
+        if (inner == nullptr) throw CLI::ValidationError(NoSuchCommand(*asked, name));
+        asked = inner;
         called += ' ' + name;
     }
     return asked->get_formatter()->make_help(asked, called, CLI::AppFormatMode::Normal);

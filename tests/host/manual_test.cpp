@@ -114,7 +114,7 @@ TEST(Help, OfACommand_IsThatOfItsHelpOption) {
 TEST(Help, OfAnUnknownCommand_IsCode2) {
     const ProcessResult run = Qtrace({"help", "fly"});
     EXPECT_EQ(run.exitCode, 2);
-    EXPECT_NE(run.err.find("there is no command fly"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("no such command fly"), std::string::npos) << run.err;
     EXPECT_EQ(run.out, "");
 }
 
