@@ -78,7 +78,7 @@ int main(int argc, char** argv) {
         std::cerr << "qtrace: standard output could not be written\n";
         return host::kFailed;
     } catch (const std::exception& problem) {
-        std::cerr << "qtrace: " << problem.what() << '\n';
+        std::cerr << "qtrace: " << host::Printable(problem.what()) << '\n';
         return host::kFailed;
     }
 }

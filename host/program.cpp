@@ -2,11 +2,13 @@
 
 #include <iostream>
 
+#include "host/text/display_width.h"
+
 namespace host {
 
 int Fail(const std::string& command, const std::string& message) {
     std::cout.flush();
-    std::cerr << "qtrace " << command << ": " << message << '\n';
+    std::cerr << "qtrace " << command << ": " << Printable(message) << '\n';
     return kFailed;
 }
 

@@ -18,7 +18,8 @@ struct Program {
     int exitCode = kDone;
 };
 
-// "qtrace COMMAND: MESSAGE" on standard error, behind what was printed so far. Returns kFailed.
+// "qtrace COMMAND: MESSAGE" on standard error, behind what was printed so far. Whatever the message quotes, it
+// does not steer the terminal. Returns kFailed.
 int Fail(const std::string& command, const std::string& message);
 
 // Each adds one command. Parsing the command line runs it, and leaves the exit code in the program.

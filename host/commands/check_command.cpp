@@ -8,6 +8,7 @@
 
 #include "host/program.h"
 #include "host/recording/device_health.h"
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -30,15 +31,14 @@ struct DeviceHealth {
     }
 };
 
-void PrintLines(const std::vector<std::string>& lines) {
-    for (const std::string& line : lines) std::cout << "  " << line << '\n';
+void PrintLines(const std::vector<std::string>& lines, const std::string& before = "") {
+    for (const std::string& line : lines) std::cout << "  " << Printable(before + line) << '\n';
 }
 
 void Print(const DeviceHealth& health) {
     std::cout << "Tracks      " << health.tracks.size() << ", " << health.GoodTracks() << " good\n";
     for (const TrackHealth& track : health.tracks)
-        for (const std::string& problem : track.problems)
-            std::cout << "  " << track.file.string() << ": " << problem << '\n';
+        PrintLines(track.problems, track.file.string() + ": ");
     const RingImage& ring = health.files.image;
     std::cout << "Recording   "
               << (health.files.exists ? Counted(ring.count, "record", "records") + ", " +

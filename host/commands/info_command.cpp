@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/program.h"
+#include "host/text/display_width.h"
 #include "host/text/json.h"
 #include "host/text/text.h"
 #include "host/tracks/named_tracks.h"
@@ -84,7 +85,7 @@ void PrintAsJson(const Totals& totals, const Library& library) {
 }
 
 void Print(const Totals& totals, const Library& library) {
-    std::cout << library.Device().Tracks().string() << '\n';
+    std::cout << Printable(library.Device().Tracks().string()) << '\n';
     PrintLabelled("tracks",
                   std::to_string(totals.tracks) + ", " + std::to_string(totals.shown) + " of them shown");
     if (totals.unreadable != 0) PrintLabelled("unreadable", Counted(totals.unreadable, "file", "files"));

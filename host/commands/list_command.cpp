@@ -9,6 +9,7 @@
 
 #include "host/program.h"
 #include "host/text/choice.h"
+#include "host/text/display_width.h"
 #include "host/text/json.h"
 #include "host/text/table.h"
 #include "host/text/terminal.h"
@@ -100,9 +101,9 @@ int List(const Arguments& arguments, const HostSettings& settings) {
         PrintTable(tracks);
     }
     std::cout.flush();
-    if (tracks.empty()) std::cerr << "no tracks in " << library.Device().Tracks().string() << '\n';
+    if (tracks.empty()) std::cerr << "no tracks in " << Printable(library.Device().Tracks().string()) << '\n';
     for (const UnreadableFile& file : UnreadableFiles(library, settings))
-        std::cerr << file.file.string() << " is not listed: " << file.reason << '\n';
+        std::cerr << Printable(file.file.string()) << " is not listed: " << file.reason << '\n';
     return kDone;
 }
 

@@ -46,8 +46,8 @@ void SortByTime(std::vector<StoredTrack>& tracks) {
 void TellOfOverlaps(const std::vector<StoredTrack>& tracks) {
     for (std::size_t i = 1; i < tracks.size(); ++i)
         if (StartOf(tracks[i]) != 0 && StartOf(tracks[i]) < EndOf(tracks[i - 1]))
-            std::cerr << "note: " << ToUtf8(tracks[i].name) << " starts before " << ToUtf8(tracks[i - 1].name)
-                      << " has ended\n";
+            std::cerr << "note: " << ShownName(tracks[i].name) << " starts before "
+                      << ShownName(tracks[i - 1].name) << " has ended\n";
 }
 
 std::optional<std::vector<StoredTrack>> ReadAll(const Library& library,

@@ -8,6 +8,7 @@
 #include "host/program.h"
 #include "host/recording/recording_view.h"
 #include "host/settings/host_settings.h"
+#include "host/text/display_width.h"
 #include "host/text/iso_time.h"
 #include "host/text/number_text.h"
 #include "host/text/text.h"
@@ -54,7 +55,8 @@ std::vector<TckPt> GoodPoints(const RingImage& ring) {
 // --- Text ---
 
 void PrintLine(const std::string& label, const std::string& text) {
-    std::cout << label << std::string(label.size() < 12 ? 12 - label.size() : 1, ' ') << text << '\n';
+    std::cout << label << std::string(label.size() < 12 ? 12 - label.size() : 1, ' ') << Printable(text)
+              << '\n';
 }
 
 void PrintRecord(const RingRecord& record) {

@@ -8,6 +8,7 @@
 #include "host/program.h"
 #include "host/recording/ring_image.h"
 #include "host/recording/salvage.h"
+#include "host/text/display_width.h"
 #include "host/text/file_bytes.h"
 #include "host/text/text.h"
 #include "host/tracks/track_document.h"
@@ -41,7 +42,7 @@ bool SearchFile(const std::string& name, std::vector<SalvagedRecord>& found, std
     if (!isWhole) Fail(name + " cannot be read" + (file.bytes.empty() ? ": " : " to its end: ") + file.problem);
     if (file.bytes.empty() && !isWhole) return false;
     const std::vector<SalvagedRecord> records = FindRecords(file.bytes);
-    out << name << ": " << Counted(records.size(), "record", "records") << " in "
+    out << Printable(name) << ": " << Counted(records.size(), "record", "records") << " in "
         << Counted(file.bytes.size(), "byte", "bytes") << '\n';
     PrintRuns(records, out);
     found.insert(found.end(), records.begin(), records.end());
@@ -52,7 +53,7 @@ void PrintSummary(const std::string& file, std::size_t records, const std::vecto
                   std::ostream& out) {
     std::size_t points = 0;
     for (const Segment& slice : slices) points += slice.size();
-    out << "Written     " << file << '\n'
+    out << "Written     " << Printable(file) << '\n'
         << "  points    " << points << '\n'
         << "  repeated  " << records - points << '\n'
         << "  slices    " << slices.size() << '\n'

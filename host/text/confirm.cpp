@@ -4,6 +4,7 @@
 
 #include <iostream>
 
+#include "host/text/display_width.h"
 #include "qtrace.h"
 
 namespace host {
@@ -12,7 +13,7 @@ bool CanAsk() { return ::isatty(STDIN_FILENO) != 0; }
 
 bool Confirm(const std::string& question) {
     std::cout.flush();
-    std::cerr << question << " [y/N] " << std::flush;
+    std::cerr << Printable(question) << " [y/N] " << std::flush;
     std::string answer;
     std::getline(std::cin, answer);
     UpString(answer);

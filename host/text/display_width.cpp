@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <string_view>
 
 namespace host {
 namespace {
@@ -33,6 +32,8 @@ constexpr std::array<Range, 8> kCombining = {{{0x0300, 0x036f},
                                               {0x3099, 0x309a},
                                               {0xfe00, 0xfe0f},
                                               {0xfe20, 0xfe2f}}};
+constexpr std::array<Range, 6> kControls = {
+    {{0, 0x1f}, {0x7f, 0x9f}, {0x061c, 0x061c}, {0x200e, 0x200f}, {0x202a, 0x202e}, {0x2066, 0x2069}}};
 
 template <std::size_t N>
 bool IsIn(const std::array<Range, N>& ranges, char32_t c) {
@@ -91,10 +92,19 @@ std::string FitWidth(const std::string& text, std::size_t columns) {
     return columns == 0 ? "" : fitting + "…";
 }
 
-std::string Printable(std::string text) {
-    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7f; };
-    std::replace_if(text.begin(), text.end(), isControl, '?');
-    return text;
+std::string ReplaceControls(std::string_view text, char instead) {
+    std::string replaced;
+    while (!text.empty()) {
+        const Character next = FirstOf(text);
+        if (IsIn(kControls, next.code))
+            replaced += instead;
+        else
+            replaced += text.substr(0, next.bytes);
+        text.remove_prefix(next.bytes);
+    }
+    return replaced;
 }
+
+std::string Printable(const std::string& text) { return ReplaceControls(text, '?'); }
 
 }  // namespace host

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace host {
 
@@ -13,7 +14,12 @@ std::size_t DisplayWidth(const std::string& text);
 // The beginning that fits in so many columns, with "…" at its end where something was left out.
 std::string FitWidth(const std::string& text, std::size_t columns);
 
-// With "?" for control characters: a name from a stranger's file must not steer the terminal.
-std::string Printable(std::string text);
+// With "?" for each control character: a name from a stranger's file must not steer the terminal, nor turn
+// round the writing beside it.
+std::string Printable(const std::string& text);
+
+// With `instead` for each control character: those below a blank, U+007F to U+009F, and those of the writing
+// direction. Of bytes that are no UTF-8, those of these values.
+std::string ReplaceControls(std::string_view text, char instead);
 
 }  // namespace host

@@ -38,6 +38,12 @@ std::vector<std::size_t> Table::Widths(std::size_t limit) const {
     return widths;
 }
 
+void Table::AddRow(const std::vector<std::string>& cells) {
+    Row row;
+    for (const std::string& cell : cells) row.cells.push_back(Printable(cell));
+    m_rows.push_back(std::move(row));
+}
+
 void Table::PrintRow(std::ostream& out, const Row& row, const std::vector<std::size_t>& widths) const {
     std::string line;
     for (std::size_t i = 0; i < widths.size(); ++i) {

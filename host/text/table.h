@@ -19,8 +19,8 @@ class Table {
  public:
     explicit Table(std::vector<Column> columns) : m_columns(std::move(columns)) {}
 
-    // As many cells as there are columns.
-    void AddRow(std::vector<std::string> cells) { m_rows.push_back({std::move(cells), {}}); }
+    // As many cells as there are columns. They are shown as Printable (host/text/display_width.h) has them.
+    void AddRow(const std::vector<std::string>& cells);
     // Puts something that is `width` columns wide and may hold escape sequences in front of a cell of the row
     // added last.
     void Decorate(std::size_t column, std::string decoration, std::size_t width);

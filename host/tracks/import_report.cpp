@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -27,13 +28,14 @@ std::string DefectsOf(const ImportedTrack& track) {
 void PrintTrack(const ImportedTrack& track) {
     if (track.name.empty() && track.skipped.empty()) return;
     if (!track.skipped.empty()) {
-        std::cout << "  skipped   " << track.wanted << ": " << track.skipped << '\n';
+        std::cout << "  skipped   " << Printable(track.wanted + ": " + track.skipped) << '\n';
         return;
     }
-    std::cout << "  imported  " << track.name << ", " << Counted(track.points, "point", "points");
+    std::cout << "  imported  " << Printable(track.name) << ", " << Counted(track.points, "point", "points");
     if (track.segments > 1) std::cout << ", " << track.segments << " segments joined";
     std::cout << '\n';
-    if (track.name != track.wanted) std::cout << "            instead of the name " << track.wanted << '\n';
+    if (track.name != track.wanted)
+        std::cout << "            instead of the name " << Printable(track.wanted) << '\n';
     if (const std::string defects = DefectsOf(track); !defects.empty())
         std::cout << "            " << defects << '\n';
 }
@@ -102,7 +104,7 @@ std::string ProblemOf(const ImportedFile& file) {
 }
 
 void PrintImport(const ImportedFile& file) {
-    std::cout << file.name << '\n';
+    std::cout << Printable(file.name) << '\n';
     for (const ImportedTrack& track : file.tracks) PrintTrack(track);
     if (const std::string others = OthersIn(file.outcome); !others.empty())
         std::cout << "  skipped   " << others << '\n';

@@ -4,6 +4,7 @@
 #include <iomanip>
 #include <iostream>
 
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -62,7 +63,7 @@ std::string AreaText(double squareMetres) {
 }
 
 void PrintLabelled(const std::string& label, const std::string& text) {
-    std::cout << "  " << std::left << std::setw(kLabelWidth) << label << text << '\n';
+    std::cout << "  " << std::left << std::setw(kLabelWidth) << label << Printable(text) << '\n';
 }
 
 void PrintStatistics(const Statistics& s) {

@@ -1,17 +1,16 @@
 #include "host/tracks/track_name.h"
 
 #include <algorithm>
+#include <string_view>
 
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 #include "qtrace.h"
 
 namespace host {
 namespace {
 
-bool NoFileNameHolds(char c) {
-    return (static_cast<unsigned char>(c) < 0x20) || c == 0x7f ||
-           std::string("\\/:*?\"<>|").find(c) != std::string::npos;
-}
+bool NoFileNameHolds(char c) { return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos; }
 
 std::string Trimmed(const std::string& text) {
     const std::size_t begin = text.find_first_not_of(' ');
@@ -37,7 +36,7 @@ std::string CutName(const std::string& name, std::size_t bytes) {
 }
 
 TrackName MakeTrackName(const std::string& text) {
-    std::string name = Trimmed(text);
+    std::string name = ReplaceControls(Trimmed(text), '_');
     std::replace_if(name.begin(), name.end(), NoFileNameHolds, '_');
     const std::string fitting = Trimmed(ToUtf8(CutName(FromUtf8(name), kLongestName)));
     return {FromUtf8(fitting), fitting != text};

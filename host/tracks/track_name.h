@@ -13,8 +13,9 @@ struct TrackName {
     bool wasChanged = false;  // cut, or characters replaced: the user is told
 };
 
-// From the user's text (UTF-8). Cut at a character's end; control characters and those that no file name may
-// hold become underscores, so no name leads out of the library's folder; blanks around it go.
+// From the user's text (UTF-8). Cut at a character's end; control characters (host/text/display_width.h) and
+// those that no file name may hold become underscores, so no name leads out of the library's folder; blanks
+// around it go.
 TrackName MakeTrackName(const std::string& text);
 
 // The beginning of a name (code page) that fits in so many bytes, cut at a character's end.

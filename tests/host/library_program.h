@@ -54,10 +54,10 @@ class LibraryProgram : public ::testing::Test {
         command.insert(command.end(), arguments.begin(), arguments.end());
         return RunProcess(command, Options());
     }
-    nlohmann::json Json(std::vector<std::string> arguments) const {
+    nlohmann::json Json(std::vector<std::string> arguments, int exitCode = 0) const {
         arguments.push_back("--json");
         const ProcessResult run = Run(std::move(arguments));
-        EXPECT_EQ(run.exitCode, 0) << run.err;
+        EXPECT_EQ(run.exitCode, exitCode) << run.err;
         return nlohmann::json::parse(run.out, nullptr, false);
     }
 

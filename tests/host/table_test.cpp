@@ -31,6 +31,30 @@ TEST(DisplayWidth, Fitting_CutsAtACharacter) {
 
 TEST(DisplayWidth, ControlCharacters_DoNotReachTheTerminal) {
     EXPECT_EQ(Printable("a\033[31mb\n"), "a?[31mb?");
+    EXPECT_EQ(Printable("Zürich 轨迹 😀"), "Zürich 轨迹 😀");
+}
+
+// A terminal takes U+009B for the beginning of a sequence, as a character and, in other encodings, as a byte.
+TEST(Printable, ControlsOfTheUpperHalf_AreReplaced) {
+    EXPECT_EQ(Printable("a\u009b31mb\u0080\u009f\u00a0"), "a?31mb??\u00a0");
+    EXPECT_EQ(Printable("a\x9b"
+                        "b"),
+              "a?b");
+}
+
+// They turn round what stands beside them: "gpx.exe" can be made to look like "exe.gpx".
+TEST(Printable, ControlsOfTheWritingDirection_AreReplaced) {
+    for (const char* control : {"\u061c", "\u200e", "\u200f", "\u202a", "\u202e", "\u2066", "\u2069"})
+        EXPECT_EQ(Printable(std::string("a") + control + "b"), "a?b") << control;
+    EXPECT_EQ(Printable("\u200d\u2029\u206a"), "\u200d\u2029\u206a");
+}
+
+TEST(Table, Cells_DoNotSteerTheTerminal) {
+    Table table({{"A"}});
+    table.AddRow({"x\033[2Jy"});
+    std::ostringstream out;
+    table.Print(out, 0);
+    EXPECT_EQ(out.str(), "A\nx?[2Jy\n");
 }
 
 TEST(Table, NarrowTerminal_CutsTheFirstColumn) {

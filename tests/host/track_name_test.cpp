@@ -34,6 +34,11 @@ TEST_F(TrackNames, PathInAName_LeadsNowhere) {
     EXPECT_EQ(MakeTrackName("a\\b:c\n").text, "a_b_c_");
 }
 
+TEST_F(TrackNames, ControlCharacters_BecomeUnderscores) {
+    EXPECT_EQ(MakeTrackName("a\033b\u009bc\u202ed\u2066e").text, "a_b_c_d_e");
+    EXPECT_TRUE(MakeTrackName("a\u009bc").wasChanged);
+}
+
 TEST_F(TrackNames, BlanksAroundAName_Go) {
     EXPECT_EQ(MakeTrackName("  home  ").text, "home");
     EXPECT_EQ(MakeTrackName("   ").text, "");
