@@ -10,7 +10,6 @@
 #include "host/tracks/import_report.h"
 #include "host/tracks/library.h"
 #include "host/tracks/same_track.h"
-#include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_name.h"
 
 namespace host {
@@ -32,9 +31,7 @@ std::string WantedName(const Arguments& arguments, const std::string& file, cons
 
 void FillTrack(CTrack& track, const GpxTrack& read) {
     if (read.color) track.SetColor(*read.color);
-    auto points = read.points;
-    MakeAltitudesStorable(points);
-    for (const TckPt& point : points) track.AppendPt(point, false);
+    for (const TckPt& point : read.points) track.AppendPt(point, false);
 }
 
 void StoreTrack(const Library& library, const GpxTrack& read, ImportedTrack& report) {

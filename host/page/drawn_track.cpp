@@ -93,8 +93,8 @@ std::vector<std::size_t> BreaksIn(const Points& points, const std::vector<std::s
     return breaks;
 }
 
-// Digits that nobody sees would only make the page large.
-double Rounded(double value, double perUnit) { return std::round(value * perUnit) / perUnit; }
+// Digits that nobody sees would only make the page large, and so would the sign of a 0.
+double Rounded(double value, double perUnit) { return std::round(value * perUnit) / perUnit + 0.0; }
 
 // A column of the values that are known; null when none is.
 template <typename ValueAt>
@@ -148,9 +148,8 @@ Json DrawnPointsJson(const DrawnPoints& drawn) {
             {"dist", Column(count, [&](std::size_t i) { return Json(Rounded(drawn.distances[i], 10)); })},
             {"ele", Column(count,
                            [&](std::size_t i) {
-                               const bool isKnown =
-                                   KnowsAltitude(points[i]) && std::isfinite(points[i].dAltitude);
-                               return isKnown ? Json(Rounded(points[i].dAltitude, 10)) : Json(nullptr);
+                               return KnowsAltitude(points[i]) ? Json(Rounded(points[i].dAltitude, 10))
+                                                               : Json(nullptr);
                            })},
             {"speed", Column(count,
                              [&](std::size_t i) {

@@ -19,8 +19,7 @@ using Values = std::vector<std::optional<double>>;
 Values Elevations(const DrawnPoints& drawn) {
     Values values;
     for (const TckPt& point : drawn.points)
-        values.push_back(KnowsAltitude(point) && std::isfinite(point.dAltitude) ? std::optional(point.dAltitude)
-                                                                                : std::nullopt);
+        values.push_back(KnowsAltitude(point) ? std::optional(point.dAltitude) : std::nullopt);
     return values;
 }
 

@@ -50,7 +50,7 @@ Json TrackJson(CTrackProxy& track) { return TrackJson(HeaderOf(track)); }
 Json PointJson(const TckPt& point, bool withMotion) {
     Json json = {{"latitude", point.dLatitude},
                  {"longitude", point.dLongitude},
-                 {"altitude", KnowsAltitude(point) ? Json(point.dAltitude) : Json(nullptr)},
+                 {"altitude", KnowsAltitude(point) ? Json(point.dAltitude + 0.0) : Json(nullptr)},
                  {"time", IsoTime(point.lTime)}};
     if (!withMotion) return json;
     json["speed"] = point.dSpeed;

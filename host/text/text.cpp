@@ -18,7 +18,9 @@ std::string Padded(unsigned value, std::size_t width) {
 std::string Decimals(double value, int digits) {
     std::array<char, 340> buffer{};
     const auto end = std::to_chars(buffer.begin(), buffer.end(), value, std::chars_format::fixed, digits).ptr;
-    return {buffer.begin(), end};
+    const std::string text(buffer.begin(), end);
+    const bool isZero = text.find_first_not_of("-.0") == std::string::npos;
+    return isZero && text.starts_with('-') ? text.substr(1) : text;
 }
 
 std::string UtcText(long seconds) {

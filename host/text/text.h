@@ -6,7 +6,7 @@
 
 namespace host {
 
-// `value` with that many digits behind the point, rounded: Decimals(38.414, 1) is "38.4".
+// `value` with that many digits behind the point, rounded: Decimals(38.414, 1) is "38.4". A 0 has no sign.
 std::string Decimals(double value, int digits);
 
 // "2024-05-12 08:15:07 UTC"; seconds since 1970, 0 is "unknown".

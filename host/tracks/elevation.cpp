@@ -14,7 +14,8 @@ struct Height {
 std::vector<Height> KnownHeights(const Points& points, const std::vector<double>& distances) {
     std::vector<Height> heights;
     for (std::size_t i = 0; i < points.size(); ++i)
-        if (KnowsAltitude(points[i])) heights.push_back({distances[i], points[i].dAltitude});
+        if (KnowsAltitude(points[i]))
+            heights.push_back({distances[i], points[i].dAltitude + 0.0});  // no -0 for the user
     return heights;
 }
 
@@ -68,8 +69,6 @@ class Legs {
 };
 
 }  // namespace
-
-bool KnowsAltitude(const TckPt& point) { return std::isfinite(point.dAltitude) && point.dAltitude != 0.0; }
 
 std::vector<double> DistancesAlong(const Points& points) {
     std::vector<double> distances;

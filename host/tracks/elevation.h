@@ -1,10 +1,12 @@
-// Altitudes along a track: what it climbs and descends once the receiver's noise is out.
+// Altitudes along a track: what it climbs and descends once the receiver's noise is out. Which points know
+// theirs: host/tracks/storable_altitude.h.
 #pragma once
 
 #include <optional>
 #include <vector>
 
 #include "host/tracks/library.h"
+#include "host/tracks/storable_altitude.h"
 
 namespace host {
 
@@ -19,9 +21,6 @@ struct Elevation {  // [m]
     double ascent = 0, descent = 0;
     double lowest = 0, highest = 0;  // as measured, without smoothing
 };
-
-// An altitude of exactly 0 means that none is known, as it does for the library.
-bool KnowsAltitude(const TckPt& point);
 
 // How far each point is from the first, along the track [m]. Positions must be finite.
 std::vector<double> DistancesAlong(const Points& points);

@@ -5,6 +5,7 @@
 #include "host/text/iso_time.h"
 #include "host/text/number_text.h"
 #include "host/tracks/gpx_color.h"
+#include "host/tracks/storable_altitude.h"
 
 namespace host {
 namespace {
@@ -132,7 +133,7 @@ void TrackEvents::TakePointText(std::string_view name) {
     if (!IsWithin(number, limit) || (name == "speed" && *number < 0)) {
         ++m_track.badNumbers;
     } else if (name == "ele") {
-        m_point.dAltitude = *number;
+        m_point.dAltitude = MeasuredAltitude(*number);
     } else if (name == "speed") {
         m_point.dSpeed = *number;
     } else {

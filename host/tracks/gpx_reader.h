@@ -37,7 +37,8 @@ struct GpxOutcome {
 // Each track is handed over at its end; at the end of a damaged document also the one that is open, with its
 // whole points. Speed [m/s] and course [deg] are taken from the elements of version 1.0 or from extensions,
 // whatever their namespace. A point without elevation or time has those of the point before it, as the library
-// reads its own documents. Of fractions of a second only the whole seconds count; times without zone are UTC.
+// reads its own documents; an elevation of 0 is -0 (host/tracks/storable_altitude.h). Of fractions of a second
+// only the whole seconds count; times without zone are UTC.
 GpxOutcome ReadGpx(FileReader& file, const std::function<void(GpxTrack&)>& sink);
 
 }  // namespace host

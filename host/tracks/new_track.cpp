@@ -14,6 +14,17 @@
 namespace fs = std::filesystem;
 
 namespace host {
+namespace {
+
+// The first point that would be read back with the time of the one before it; the number of points when each
+// will keep its own.
+std::size_t FirstThatTakesATime(const Points& points) {
+    std::size_t at = 1;
+    while (at < points.size() && (points[at].lTime != 0 || points[at - 1].lTime == 0)) ++at;
+    return std::min(at, points.size());
+}
+
+}  // namespace
 
 std::optional<std::string> NewTrackName(const Library& library, const std::string& command,
                                         const std::string& wanted) {
@@ -33,17 +44,20 @@ std::optional<std::string> NewTrackName(const Library& library, const std::strin
 
 std::optional<std::string> StorePoints(const Library& library, const Points& points, const std::string& name,
                                        const StoredTrack& like) {
+    if (const std::size_t at = FirstThatTakesATime(points); at < points.size())
+        return "point " + std::to_string(at + 1) +
+               " knows no time and stands behind one that does: a stored track would give it that time";
     CTrack track;
     track.SetName(name.c_str());
     track.SetColor(like.color);
     track.SetVisible(like.visible);
     Points storable = points;
-    MakeAltitudesStorable(storable);
+    FillUnknownAltitudes(storable);
     for (const TckPt& point : storable) track.AppendPt(point, false);
     if (const auto problem = library.Store(track)) return problem;
     CTrackProxy* stored = library.Find(name);
     const auto readBack = stored == nullptr ? std::nullopt : ReadStoredTrack(stored->GetTrackPath());
-    if (readBack && readBack->name == name && SamePoints(readBack->points, points)) return std::nullopt;
+    if (readBack && readBack->name == name && SamePoints(readBack->points, storable)) return std::nullopt;
     if (stored != nullptr) DeleteTrack(library, *stored);
     return "what was written for " + ToUtf8(name) + " does not read back as it should";
 }

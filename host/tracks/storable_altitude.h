@@ -1,20 +1,29 @@
-// Altitudes as a stored track can keep them. A stored document leaves an altitude of 0 out, and a point without
-// one is read with that of the point before it; -0 is written.
+// Altitudes: which of them are known, and what a stored track can say of it. A stored document leaves an
+// altitude of 0 out, and a point without one is read with that of the point before it; -0 is written, and read
+// as it is. So 0 stands for an altitude that nobody measured, and -0 for one measured at the level of the sea.
 #pragma once
 
-#include <algorithm>
+#include <cmath>
 
 #include "qtrace.h"
 
 namespace host {
 
-// A list in which every altitude is 0 knows none, and stays as it is.
+inline bool KnowsAltitude(const TckPt& point) {
+    return std::isfinite(point.dAltitude) && (point.dAltitude != 0 || std::signbit(point.dAltitude));
+}
+
+// A measured altitude as a point holds it.
+inline double MeasuredAltitude(double metres) { return metres == 0 ? -0.0 : metres; }
+
+// What the points will be read as: an altitude that is not known becomes that of the point before it.
 template <typename PointList>
-void MakeAltitudesStorable(PointList& points) {
-    const bool knowsAny =
-        std::any_of(points.begin(), points.end(), [](const TckPt& p) { return p.dAltitude != 0; });
-    for (TckPt& point : points)
-        if (knowsAny && point.dAltitude == 0) point.dAltitude = -0.0;
+void FillUnknownAltitudes(PointList& points) {
+    double before = 0;
+    for (TckPt& point : points) {
+        if (!KnowsAltitude(point)) point.dAltitude = before;
+        before = point.dAltitude;
+    }
 }
 
 }  // namespace host

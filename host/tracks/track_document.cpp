@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "host/tracks/storable_altitude.h"
+
 namespace host {
 namespace {
 
@@ -20,9 +22,7 @@ std::size_t DocumentTrack::Points() const {
     return points;
 }
 
-bool DocumentTrack::HasAltitudes() const {
-    return AnyPoint(*this, [](const TckPt& point) { return point.dAltitude != 0; });
-}
+bool DocumentTrack::HasAltitudes() const { return AnyPoint(*this, KnowsAltitude); }
 
 bool DocumentTrack::HasTimes() const {
     return !AnyPoint(*this, [](const TckPt& point) { return point.lTime == 0; });

@@ -19,13 +19,13 @@ struct DocumentTrack {
     std::vector<Segment> segments;
 
     std::size_t Points() const;
-    bool HasAltitudes() const;  // one at least is not 0: a library's 0 may mean that it is not known
+    bool HasAltitudes() const;  // one at least is known (host/tracks/storable_altitude.h)
     bool HasTimes() const;      // every point has one
 };
 
-// What every format has in common: numbers are the shortest that read back as exactly the same value; a time of
-// 0 is not known and left out; so are altitudes when none is known, and speed and course of points that have
-// neither. Each stops early when the sink refuses.
+// What every format has in common: numbers are the shortest that read back as exactly the same value; what a
+// point does not know is left out: a time of 0, an altitude, speed and course when both are 0. Each stops early
+// when the sink refuses.
 
 // GPX 1.1. Speed and course are in extensions, since 1.1 has no elements for them and strict readers refuse
 // strangers there.
@@ -35,7 +35,7 @@ void WriteGpx(const std::vector<DocumentTrack>& tracks, const TextSink& sink);
 // are in the property "coordTimes", in the shape of the coordinates.
 void WriteGeoJson(const std::vector<DocumentTrack>& tracks, const TextSink& sink);
 
-// KML 2.2: points with times where every point has one, otherwise lines.
+// KML 2.2: points with times where every point has one, otherwise lines; a single point is a point.
 void WriteKml(const std::vector<DocumentTrack>& tracks, const TextSink& sink);
 
 // RFC 4180 with a header row and line feeds: a row a point.

@@ -1,6 +1,7 @@
 // Tracks as a table.
 #include "host/text/iso_time.h"
 #include "host/text/number_text.h"
+#include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
 
 namespace host {
@@ -13,10 +14,10 @@ std::string Quoted(const std::string& text) {
     return quoted + '"';
 }
 
-std::string Row(const TckPt& point, bool withAltitude) {
+std::string Row(const TckPt& point) {
     const bool hasMotion = point.dSpeed != 0 || point.fCourse != 0;
     return ',' + ExactText(point.dLatitude) + ',' + ExactText(point.dLongitude) + ',' +
-           (withAltitude ? SingleText(point.dAltitude) : "") + ',' +
+           (KnowsAltitude(point) ? SingleText(point.dAltitude) : "") + ',' +
            (point.lTime != 0 ? IsoText(point.lTime) : "") + ',' + (hasMotion ? ExactText(point.dSpeed) : "") +
            ',' + (hasMotion ? SingleText(point.fCourse) : "") + '\n';
 }
@@ -26,11 +27,9 @@ std::string Row(const TckPt& point, bool withAltitude) {
 void WriteCsv(const std::vector<DocumentTrack>& tracks, const TextSink& sink) {
     bool goesOn = sink("track,segment,latitude,longitude,altitude_m,time,speed_m_s,course_deg\n");
     for (const DocumentTrack& track : tracks) {
-        const bool withAltitude = track.HasAltitudes();
         for (std::size_t number = 0; number < track.segments.size(); ++number)
             for (const TckPt& point : track.segments[number])
-                goesOn = goesOn &&
-                         sink(Quoted(track.name) + ',' + std::to_string(number + 1) + Row(point, withAltitude));
+                goesOn = goesOn && sink(Quoted(track.name) + ',' + std::to_string(number + 1) + Row(point));
     }
 }
 

@@ -6,6 +6,7 @@
 #include "host/settings/host_settings.h"
 #include "host/text/iso_time.h"
 #include "host/text/number_text.h"
+#include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
 
 namespace host {
@@ -22,7 +23,9 @@ TckPt AtMeridian(const TckPt& a, const TckPt& b) {
     TckPt point = a;
     point.dLongitude = side;
     point.dLatitude += part * (b.dLatitude - a.dLatitude);
-    point.dAltitude += part * (b.dAltitude - a.dAltitude);
+    point.dAltitude = KnowsAltitude(a) && KnowsAltitude(b)
+                          ? MeasuredAltitude(a.dAltitude + part * (b.dAltitude - a.dAltitude))
+                          : 0.0;
     if (a.lTime != 0 && b.lTime != 0)
         point.lTime += static_cast<std::int32_t>(
             std::lround(part * (static_cast<double>(b.lTime) - static_cast<double>(a.lTime))));
@@ -47,9 +50,9 @@ std::vector<Segment> LinesOf(const DocumentTrack& track) {
     return lines;
 }
 
-std::string Position(const TckPt& point, bool withAltitude) {
+std::string Position(const TckPt& point) {
     std::string text = '[' + ExactText(point.dLongitude) + ',' + ExactText(point.dLatitude);
-    if (withAltitude) text += ',' + SingleText(point.dAltitude);
+    if (KnowsAltitude(point)) text += ',' + SingleText(point.dAltitude);
     return text + ']';
 }
 
@@ -82,23 +85,20 @@ std::string Properties(const DocumentTrack& track) {
 }
 
 // A track of a single point is a point; one of none has no place.
-bool WriteWithoutLine(const DocumentTrack& track, bool withAltitude, const TextSink& sink) {
+bool WriteWithoutLine(const DocumentTrack& track, const TextSink& sink) {
     for (const Segment& segment : track.segments)
         if (!segment.empty())
-            return sink("{\"type\":\"Point\",\"coordinates\":" + Position(segment.front(), withAltitude) +
-                        "}," + Properties(track) + ",\"coordTimes\":" + Time(segment.front()) + "}}");
+            return sink("{\"type\":\"Point\",\"coordinates\":" + Position(segment.front()) + "}," +
+                        Properties(track) + ",\"coordTimes\":" + Time(segment.front()) + "}}");
     return sink("null," + Properties(track) + "}}");
 }
 
 bool WriteFeature(const DocumentTrack& track, const TextSink& sink) {
     const std::vector<Segment> lines = LinesOf(track);
-    const bool withAltitude = track.HasAltitudes();
     if (!sink("{\"type\":\"Feature\",\"geometry\":")) return false;
-    if (lines.empty()) return WriteWithoutLine(track, withAltitude, sink);
+    if (lines.empty()) return WriteWithoutLine(track, sink);
     const std::string type = lines.size() == 1 ? "LineString" : "MultiLineString";
-    return sink("{\"type\":\"" + type + "\",\"coordinates\":") &&
-           WriteLines(lines, sink,
-                      [withAltitude](const TckPt& point) { return Position(point, withAltitude); }) &&
+    return sink("{\"type\":\"" + type + "\",\"coordinates\":") && WriteLines(lines, sink, Position) &&
            sink("},\n" + Properties(track) + ",\"coordTimes\":") && WriteLines(lines, sink, Time) && sink("}}");
 }
 

@@ -4,6 +4,7 @@
 #include "host/settings/host_settings.h"
 #include "host/text/iso_time.h"
 #include "host/text/number_text.h"
+#include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
 
 namespace host {
@@ -32,23 +33,21 @@ std::string Motion(const TckPt& point) {
            Element("gpxtpx:course", SingleText(course)) + "</gpxtpx:TrackPointExtension></extensions>";
 }
 
-std::string PointText(const TckPt& point, bool withAltitude) {
+std::string PointText(const TckPt& point) {
     std::string text =
         "      <trkpt lat=\"" + ExactText(point.dLatitude) + "\" lon=\"" + ExactText(point.dLongitude) + "\">";
-    if (withAltitude) text += Element("ele", SingleText(point.dAltitude));
+    if (KnowsAltitude(point)) text += Element("ele", SingleText(point.dAltitude));
     if (point.lTime != 0) text += Element("time", IsoText(point.lTime));
     return text + Motion(point) + "</trkpt>\n";
 }
 
 bool WriteTrack(const DocumentTrack& track, const TextSink& sink) {
-    const bool withAltitude = track.HasAltitudes();
     bool goesOn = sink("  <trk>\n    " + Element("name", XmlText(track.name)) +
                        "\n    <extensions><line xmlns=\"http://www.topografix.com/GPX/gpx_style/0/2\">" +
                        Element("color", ColorText(track.color).substr(1)) + "</line></extensions>\n");
     for (const Segment& segment : track.segments) {
         goesOn = goesOn && sink("    <trkseg>\n");
-        for (std::size_t i = 0; goesOn && i < segment.size(); ++i)
-            goesOn = sink(PointText(segment[i], withAltitude));
+        for (std::size_t i = 0; goesOn && i < segment.size(); ++i) goesOn = sink(PointText(segment[i]));
         goesOn = goesOn && sink("    </trkseg>\n");
     }
     return goesOn && sink("  </trk>\n");

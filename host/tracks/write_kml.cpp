@@ -1,7 +1,10 @@
 // Tracks as KML 2.2 with the extension for tracks in time.
+#include <algorithm>
+
 #include "host/settings/host_settings.h"
 #include "host/text/iso_time.h"
 #include "host/text/number_text.h"
+#include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
 
 namespace host {
@@ -13,9 +16,9 @@ constexpr const char* kHead =
 <Document>
 )";
 
-std::string Coordinates(const TckPt& point, char separator, bool withAltitude) {
+std::string Coordinates(const TckPt& point, char separator) {
     std::string text = ExactText(point.dLongitude) + separator + ExactText(point.dLatitude);
-    if (withAltitude) text += separator + SingleText(point.dAltitude);
+    if (KnowsAltitude(point)) text += separator + SingleText(point.dAltitude);
     return text;
 }
 
@@ -29,31 +32,43 @@ std::string AltitudeMode(bool withAltitude) {
     return withAltitude ? "<altitudeMode>absolute</altitudeMode>" : "";
 }
 
-// A track in time has an altitude in any case.
 bool WriteInTime(const Segment& segment, bool withAltitude, const TextSink& sink) {
     bool goesOn = sink("<gx:Track>" + AltitudeMode(withAltitude) + "\n");
     for (std::size_t i = 0; goesOn && i < segment.size(); ++i)
         goesOn = sink("<when>" + IsoText(segment[i].lTime) + "</when>\n");
     for (std::size_t i = 0; goesOn && i < segment.size(); ++i)
-        goesOn = sink("<gx:coord>" + Coordinates(segment[i], ' ', true) + "</gx:coord>\n");
+        goesOn = sink("<gx:coord>" + Coordinates(segment[i], ' ') + "</gx:coord>\n");
     return goesOn && sink("</gx:Track>\n");
 }
 
+// A line has two points at least.
 bool WriteLine(const Segment& segment, bool withAltitude, const TextSink& sink) {
-    bool goesOn =
-        sink("<LineString><tessellate>1</tessellate>" + AltitudeMode(withAltitude) + "<coordinates>\n");
+    const bool isPoint = segment.size() == 1;
+    bool goesOn = sink((isPoint ? "<Point>" : "<LineString><tessellate>1</tessellate>") +
+                       AltitudeMode(withAltitude) + "<coordinates>\n");
     for (std::size_t i = 0; goesOn && i < segment.size(); ++i)
-        goesOn = sink(Coordinates(segment[i], ',', withAltitude) + "\n");
-    return goesOn && sink("</coordinates></LineString>\n");
+        goesOn = sink(Coordinates(segment[i], ',') + "\n");
+    return goesOn && sink(isPoint ? "</coordinates></Point>\n" : "</coordinates></LineString>\n");
+}
+
+// The time of a track that is a single point stands beside the point.
+std::string TimeOf(const DocumentTrack& track) {
+    if (track.Points() != 1 || !track.HasTimes()) return "";
+    const auto used = std::find_if(track.segments.begin(), track.segments.end(),
+                                   [](const Segment& segment) { return !segment.empty(); });
+    return "<TimeStamp><when>" + IsoText(used->front().lTime) + "</when></TimeStamp>\n";
+}
+
+std::string Head(const DocumentTrack& track) {
+    return "<Placemark>\n<name>" + XmlText(track.name) + "</name>\n" + TimeOf(track) +
+           "<Style><LineStyle><color>" + ColorOf(track) + "</color><width>3</width></LineStyle></Style>\n";
 }
 
 bool WriteTrack(const DocumentTrack& track, const TextSink& sink) {
-    const bool inTime = track.HasTimes(), withAltitude = track.HasAltitudes();
+    const bool inTime = track.HasTimes() && track.Points() > 1, withAltitude = track.HasAltitudes();
     const std::string shape = inTime ? "gx:MultiTrack" : "MultiGeometry";
     const bool several = track.segments.size() != 1;
-    bool goesOn = sink("<Placemark>\n<name>" + XmlText(track.name) + "</name>\n<Style><LineStyle><color>" +
-                       ColorOf(track) + "</color><width>3</width></LineStyle></Style>\n" +
-                       (several ? "<" + shape + ">\n" : ""));
+    bool goesOn = sink(Head(track) + (several ? "<" + shape + ">\n" : ""));
     for (const Segment& segment : track.segments)
         goesOn = goesOn &&
                  (inTime ? WriteInTime(segment, withAltitude, sink) : WriteLine(segment, withAltitude, sink));

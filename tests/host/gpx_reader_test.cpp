@@ -4,6 +4,8 @@
 
 #include <iconv.h>
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "tests/host/commands.h"
@@ -73,6 +75,13 @@ TEST_F(GpxReader, MissingElevationAndTime_AreThoseOfThePointBefore) {
     EXPECT_EQ(m_tracks[0].points[2].lTime, 1000000000);
     EXPECT_EQ(m_tracks[0].points[2].dAltitude, 5);
     EXPECT_EQ(m_tracks[0].badTimes, 0u);
+}
+
+TEST_F(GpxReader, ElevationOfZero_IsToldFromNone) {
+    EXPECT_TRUE(std::signbit(Point("<ele>0.0</ele>").dAltitude));
+    EXPECT_EQ(Point("<ele>0.0</ele>").dAltitude, 0);
+    for (const char* none : {"", "<ele/>", "<ele>high</ele>"})
+        EXPECT_FALSE(std::signbit(Point(none).dAltitude));
 }
 
 TEST_F(GpxReader, TimesBeyond32Bits_AreCountedAndLeftOut) {

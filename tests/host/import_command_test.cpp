@@ -100,6 +100,23 @@ TEST_F(Import, AltitudeOfZero_StaysZeroBehindAHill) {
               "\"Sea\",1,1,1,0,,,\n");
 }
 
+// At the coast some points lie at 0 and some were never measured.
+TEST_F(Import, AltitudeOfZero_IsToldFromNone) {
+    const std::string point = "<trkpt lat='1' lon='1'>";
+    const std::string track =
+        point + "</trkpt>" + point + "<ele>0</ele></trkpt>" + point + "<ele>2</ele></trkpt>";
+    ASSERT_EQ(Take({File("a.gpx", Gpx("<trk><name>Sea</name><trkseg>" + track + "</trkseg></trk>"))}).exitCode,
+              0);
+    const auto points = Json("points", {"Sea"});
+    EXPECT_TRUE(points[0]["altitude"].is_null());
+    EXPECT_EQ(points[1]["altitude"].dump(), "0.0");
+    EXPECT_EQ(points[2]["altitude"], 2);
+    EXPECT_EQ(Json("info", {"Sea"})["lowest"].dump(), "0.0");
+    EXPECT_TRUE(Contains(Run("points", {"Sea"}).out, "  0.0 m  "));
+    ASSERT_EQ(Run("export", {"Sea", Path("sea.csv")}).exitCode, 0);
+    EXPECT_TRUE(Contains(ReadFile(Path("sea.csv")), "\"Sea\",1,1,1,,,,\n\"Sea\",1,1,1,0,,,\n"));
+}
+
 TEST_F(Import, TimesBefore1970AndIn2038_AreKept) {
     std::string text = Gpx(GpxTrackText("Old", 2));
     text.replace(text.find("2024-05-12T08:00:10Z"), 20, "1961-04-12T06:07:00Z");

@@ -89,6 +89,13 @@ class LibraryProgram : public ::testing::Test {
         WriteFile(File(name), Gpx(name, places, color, visible));
     }
 
+    // In the first place of the file where it stands.
+    void Edit(const std::string& name, const std::string& from, const std::string& to) const {
+        std::string text = TextOf(name);
+        const std::size_t at = text.find(from);
+        ASSERT_NE(at, std::string::npos) << text;
+        WriteFile(File(name), text.replace(at, from.size(), to));
+    }
     std::string TextOf(const std::string& name) const { return ReadFile(File(name)); }
     std::vector<GpxPoint> PointsOf(const std::string& name) const { return GpxPointsOf(File(name)); }
     std::vector<std::string> Names() const {

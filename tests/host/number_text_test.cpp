@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "host/text/duration.h"
+#include "host/text/text.h"
 #include "tests/support/seed.h"
 
 namespace host {
@@ -35,6 +36,13 @@ TEST(NumberText, WholeNumbersOnly_AreRead) {
     EXPECT_EQ(ReadNumber("-1.5e2"), -150);
     for (const char* text : {"", " ", "abc", "47,1", "47.1 N", "nan", "inf", "+-1", "0x10", "1e999", "1 2"})
         EXPECT_EQ(ReadNumber(text), std::nullopt) << text;
+}
+
+TEST(Decimals, Zero_HasNoSign) {
+    EXPECT_EQ(Decimals(-0.0, 1), "0.0");
+    EXPECT_EQ(Decimals(-0.04, 1), "0.0");
+    EXPECT_EQ(Decimals(-0.4, 0), "0");
+    EXPECT_EQ(Decimals(-0.06, 1), "-0.1");
 }
 
 TEST(Duration, UnitsFromLargeToSmall_AreAdded) {

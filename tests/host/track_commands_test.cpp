@@ -59,6 +59,30 @@ TEST_F(ReverseCommand, NoRoomOrNoRights_LeaveTheTrackAsItWas) {
     EXPECT_EQ(PointsOf("Lake"), points);
 }
 
+// A receiver knows neither altitude nor time at first. A stored track cannot keep that at its other end.
+TEST_F(ReverseCommand, UnknownAltitude_BecomesThatOfThePointBefore) {
+    AddTrack("Lake");
+    Edit("Lake", "<ele>400.000000</ele>", "");
+    ASSERT_TRUE(Json({"points", "Lake"})[0]["altitude"].is_null());
+    Edit("Lake", "<ele>400.000000</ele>", "<ele>-0.000000</ele>");
+    EXPECT_EQ(Run({"reverse", "Lake"}).exitCode, 0);
+    const auto points = Json({"points", "Lake"});
+    EXPECT_EQ(points[0]["altitude"], 400);
+    EXPECT_EQ(points[1]["altitude"], 0);
+    EXPECT_EQ(points[2]["altitude"], 0);
+}
+
+TEST_F(ReverseCommand, UnknownTimeBehindAKnownOne_IsTheReason) {
+    AddTrack("Lake");
+    Edit("Lake", "<time>" + Time(0) + "</time>", "");
+    const auto points = PointsOf("Lake");
+    const ProcessResult run = Run({"reverse", "Lake"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_TRUE(Contains(run.err, "point 3 knows no time and stands behind one that does")) << run.err;
+    EXPECT_EQ(PointsOf("Lake"), points);
+    EXPECT_EQ(Names(), FileNames{"Lake.gpx"});
+}
+
 TEST_F(DeleteCommand, Yes_DeletesAndSays) {
     for (const char* name : {"a", "b", "c"}) AddTrack(name);
     EXPECT_EQ(Run({"delete", "a", "c", "a", "--yes"}).out, "Deleted a\nDeleted c\n");

@@ -48,7 +48,7 @@ std::vector<GpxTrack> ReadBack(const std::string& gpx) {
 
 TEST(TrackDocument, GpxPoints_ReadBackExactly) {
     const Segment points = {Fix(47.123456789012345, -8.1, 432.5, 1000000000, 3.3, 90.25f),
-                            Fix(-0.1, 180, 0, 1000000001, 0.1, 0)};
+                            Fix(-0.1, 180, -0.0, 1000000001, 0.1, 0)};
     const std::string gpx = Text(WriteGpx, {Track({{points[0]}, {points[1]}})});
     const auto tracks = ReadBack(gpx);
     ASSERT_EQ(tracks.size(), 1u);
@@ -108,10 +108,41 @@ TEST(TrackDocument, Kml_HasAColorOfAlphaBlueGreenRed) {
 }
 
 TEST(TrackDocument, Kml_IsATrackInTimeOrALine) {
-    const std::string inTime = Text(WriteKml, {Track({{Fix(1, 2, 3, 1000000000, 0, 0)}})});
-    EXPECT_TRUE(Contains(inTime, "<when>2001-09-09T01:46:40Z</when>\n<gx:coord>2 1 3</gx:coord>")) << inTime;
+    const Segment fixes = {Fix(1, 2, 3, 1000000000, 0, 0), Fix(1, 3, 0, 1000000001, 0, 0)};
+    const std::string inTime = Text(WriteKml, {Track({fixes})});
+    EXPECT_TRUE(Contains(inTime, "<when>2001-09-09T01:46:41Z</when>\n<gx:coord>2 1 3</gx:coord>")) << inTime;
     const std::string line = Text(WriteKml, {Track({{At(1, 2), At(1, 3)}})});
     EXPECT_TRUE(Contains(line, "<coordinates>\n2,1\n3,1\n</coordinates>")) << line;
+}
+
+TEST(TrackDocument, KmlOfASinglePoint_IsAPointWithItsTime) {
+    const std::string known = Text(WriteKml, {Track({{Fix(1, 2, 3, 1000000000, 0, 0)}})});
+    EXPECT_TRUE(Contains(known, "<TimeStamp><when>2001-09-09T01:46:40Z</when></TimeStamp>\n<Style>")) << known;
+    EXPECT_TRUE(Contains(known,
+                         "<Point><altitudeMode>absolute</altitudeMode><coordinates>\n2,1,3\n"
+                         "</coordinates></Point>"))
+        << known;
+    const std::string bare = Text(WriteKml, {Track({{At(1, 2)}})});
+    EXPECT_TRUE(Contains(bare, "<Point><coordinates>\n2,1\n</coordinates></Point>")) << bare;
+    EXPECT_FALSE(Contains(bare, "TimeStamp")) << bare;
+}
+
+// 0 is an altitude that nobody measured, -0 one at the level of the sea.
+TEST(TrackDocument, Altitudes_AreLeftOutPointByPoint) {
+    const std::vector<DocumentTrack> tracks = {
+        Track({{Fix(1, 2, 5, 0, 0, 0), Fix(1, 3, 0, 0, 0, 0), Fix(1, 4, -0.0, 0, 0, 0)}})};
+    EXPECT_TRUE(Contains(Text(WriteCsv, tracks), ",1,2,5,,,\n\"A\",1,1,3,,,,\n\"A\",1,1,4,0,,,\n"));
+    EXPECT_TRUE(Contains(Text(WriteGpx, tracks), "lon=\"3\"></trkpt>\n"));
+    EXPECT_TRUE(Contains(Text(WriteGpx, tracks), "lon=\"4\"><ele>0</ele></trkpt>\n"));
+    EXPECT_TRUE(Contains(Text(WriteKml, tracks), "\n2,1,5\n3,1\n4,1,0\n"));
+    EXPECT_EQ(GeoJson(tracks[0]).at("geometry").at("coordinates"),
+              nlohmann::json::parse("[[2,1,5],[3,1],[4,1,0]]"));
+}
+
+TEST(TrackDocument, AltitudeAtThe180thMeridian_IsKnownBetweenKnownOnesOnly) {
+    const auto cut = GeoJson(Track({{Fix(10, 179, 5, 0, 0, 0), Fix(12, -179, 0, 0, 0, 0)}}));
+    EXPECT_EQ(cut.at("geometry").at("coordinates"),
+              nlohmann::json::parse("[[[179,10,5],[180,11]],[[-180,11],[-179,12]]]"));
 }
 
 TEST(TrackDocument, SinkThatRefuses_IsNotAskedAgain) {
