@@ -38,7 +38,7 @@ void PrintLines(const std::vector<std::string>& lines, const std::string& before
 void Print(const DeviceHealth& health) {
     std::cout << "Tracks      " << health.tracks.size() << ", " << health.GoodTracks() << " good\n";
     for (const TrackHealth& track : health.tracks)
-        PrintLines(track.problems, track.file.string() + ": ");
+        for (const auto& lines : {track.problems, track.notes}) PrintLines(lines, track.file.string() + ": ");
     const RingImage& ring = health.files.image;
     std::cout << "Recording   "
               << (health.files.exists ? Counted(ring.count, "record", "records") + ", " +
@@ -55,7 +55,8 @@ json JsonOf(const TrackHealth& track) {
     return {{"file", track.file.string()},
             {"name", track.name.empty() ? json() : json(track.name)},
             {"points", track.points},
-            {"problems", track.problems}};
+            {"problems", track.problems},
+            {"notes", track.notes}};
 }
 
 void PrintAsJson(const DeviceHealth& health) {

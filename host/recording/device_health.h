@@ -18,6 +18,7 @@ struct TrackHealth {
     std::string name;  // UTF-8; empty when the library does not list it
     std::size_t points = 0;
     std::vector<std::string> problems;
+    std::vector<std::string> notes;  // worth knowing, and nothing wrong
 };
 
 // Every file of a track, in the device and on the card, in name order. Each is read twice: by the library,

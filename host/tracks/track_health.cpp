@@ -1,6 +1,7 @@
 // The health of stored tracks. That of the recording and of the folders: host/recording/recording_health.cpp.
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "host/recording/device_health.h"
 #include "host/text/text.h"
@@ -9,6 +10,8 @@ namespace host {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr const char* kImport = "qtrace import makes it a track of the library";
 
 std::vector<fs::path> TrackFilesIn(const fs::path& folder) {
     std::vector<fs::path> files;
@@ -38,6 +41,11 @@ void CheckDocument(TrackHealth& health) {
     if (badTimes != 0) add(Counted(badTimes, "time", "times") + " unreadable or out of range");
 }
 
+// Other programs state no length and no times for a track, and no number of points or another number.
+bool HasHeaderOfOurs(const StatedTrack& stated, const Points& points) {
+    return stated.points == points.size() || stated.length != 0 || stated.start != 0 || stated.end != 0;
+}
+
 void CheckListed(CTrackProxy& track, TrackHealth& health) {
     Points points;
     track.GetPtList(points);
@@ -46,19 +54,41 @@ void CheckListed(CTrackProxy& track, TrackHealth& health) {
         health.problems.push_back("the library reads " + Counted(points.size(), "point", "points") + ", not " +
                                   std::to_string(health.points));
     const StatedTrack stated{track.GetPtCount(), track.GetStartTime(), track.GetEndTime(), track.GetLength()};
+    if (!HasHeaderOfOurs(stated, points)) {
+        health.notes.push_back(std::string("it is listed, and has no header of ours; ") + kImport);
+        return;
+    }
     const auto disagreements = CompareWithPoints(stated, points);
     health.problems.insert(health.problems.end(), disagreements.begin(), disagreements.end());
 }
 
-TrackHealth CheckTrack(const Library& library, const fs::path& file) {
+void CheckUnlisted(TrackHealth& health) {
+    if (!health.problems.empty())
+        health.problems.push_back("the library does not list it");
+    else if (health.points == 0)
+        health.notes.push_back("it is not listed: its first track has no points");
+    else
+        health.notes.push_back(std::string("it is not listed: it has no header of ours; ") + kImport);
+}
+
+// By the whole path: the library finds files by their names alone, and in any letter case.
+using Listed = std::map<fs::path, CTrackProxy*>;
+
+Listed ListedFiles(const Library& library) {
+    Listed listed;
+    for (CTrackProxy* track : library.Tracks()) listed.emplace(library.FileOf(*track), track);
+    return listed;
+}
+
+TrackHealth CheckTrack(const Listed& listed, const fs::path& file) {
     TrackHealth health;
     health.file = file;
     CheckDocument(health);
-    CTrackProxy* track = library.Manager().GetTrackByFile(FromUtf8(file.stem().string()));
-    if (track != nullptr)
-        CheckListed(*track, health);
+    const auto track = listed.find(file);
+    if (track != listed.end())
+        CheckListed(*track->second, health);
     else
-        health.problems.push_back("the library does not list it");
+        CheckUnlisted(health);
     return health;
 }
 
@@ -104,8 +134,9 @@ std::vector<TrackHealth> CheckTracks(const Library& library) {
     if (library.Device().CardTracks() != library.Device().Tracks() &&
         library.Manager().GetTrackMangSet()->GetbHasSdCard())
         files.insert(files.end(), onCard.begin(), onCard.end());
+    const Listed listed = ListedFiles(library);
     std::vector<TrackHealth> tracks;
-    for (const fs::path& file : files) tracks.push_back(CheckTrack(library, file));
+    for (const fs::path& file : files) tracks.push_back(CheckTrack(listed, file));
     return tracks;
 }
 

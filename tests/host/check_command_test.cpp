@@ -78,6 +78,35 @@ TEST_F(Check, CutFile_IsNamedWithTheLine) {
     EXPECT_TRUE(Contains(Problems(), "the library does not list it")) << Problems();
 }
 
+// Copied there by hand: nothing of it is damaged.
+TEST_F(Check, FileOfAnotherProgram_IsToldApartFromDamage) {
+    WriteFile(Track("Pond"), Gpx(GpxTrackText("Pond", 4)));
+    WriteFile(Track("Huts"), Gpx("<wpt lat='1' lon='1'/>"));
+    WriteFile(Track("Later"), Gpx("<trk/>" + GpxTrackText("Later", 3)));
+    const ProcessResult run = Run("check");
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_TRUE(Contains(run.out, "Tracks      4, 4 good\n")) << run.out;
+    EXPECT_TRUE(Contains(run.out, "Pond.gpx: it is listed, and has no header of ours; qtrace import"))
+        << run.out;
+    EXPECT_TRUE(Contains(run.out, "Huts.gpx: it is not listed: its first track has no points")) << run.out;
+    EXPECT_TRUE(Contains(run.out, "Later.gpx: it is not listed: it has no header of ours")) << run.out;
+    const auto pond = Json("check").at("tracks").at(3);
+    EXPECT_TRUE(pond.at("problems").empty()) << pond;
+    EXPECT_EQ(pond.at("notes").size(), 1u) << pond;
+}
+
+// The library finds a track by its file's name in any letter case and any folder.
+TEST_F(Check, FilesOfOneName_AreNotMixedUp) {
+    ASSERT_EQ(Run("import", {File("pond.gpx", Gpx(GpxTrackText("Pond", 7)))}).exitCode, 0);
+    const fs::path card = m_device / "SDMMC" / "Track";
+    fs::create_directories(card);
+    fs::copy(Track("Pond"), card / "Lake.gpx");
+    fs::rename(Track("Pond"), Track("LAKE"));
+    const ProcessResult run = Run("check", {"--card"});
+    EXPECT_EQ(run.exitCode, 0) << run.out;
+    EXPECT_TRUE(Contains(run.out, "Tracks      3, 3 good\n")) << run.out;
+}
+
 TEST_F(Check, LeftoversOfDeadProcesses_AreNamed) {
     const fs::path folder = m_device / "UserData" / "Track";
     WriteFile(folder / ".qtrace-999999999-0.tmp", "");
