@@ -60,9 +60,15 @@ std::string TextOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
+// A relative folder lies where the user is now, not where the next command happens to be called.
+std::string StoredValue(const Setting& setting, const std::string& value) {
+    if (setting.key != "device") return value;
+    return std::filesystem::absolute(value).lexically_normal().string();
+}
+
 int Set(const Configuration& configuration, const Setting& setting, const std::string& value) {
     if (const auto problem = Assign(setting, value)) return WrongUsage(setting.key + ": " + *problem);
-    const auto quoted = QuotedValue(value);
+    const auto quoted = QuotedValue(StoredValue(setting, value));
     if (!quoted) return WrongUsage("a file of settings cannot hold that value");
     ConfigurationText text(TextOf(configuration.File()));
     text.Set(setting.key, *quoted);

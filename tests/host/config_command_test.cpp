@@ -50,6 +50,15 @@ TEST_F(ConfigCommand, Set_MakesTheFileWithItsFolders) {
     EXPECT_EQ(Run({"config", "--path"}).out, Configuration().string() + '\n');
 }
 
+TEST_F(ConfigCommand, RelativeDevice_IsStoredAbsolute) {
+    const ProcessResult run = RunInShell("cd '" + m_folder.Path().string() + "' && exec \"$@\"",
+                                         {"config", "device", "./mine/../gps"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(ReadFile(Configuration()),
+              "device = \"" + (fs::canonical(m_folder.Path()) / "gps").string() + "\"\n");
+    EXPECT_EQ(Run({"config", "device", ""}).exitCode, 2);
+}
+
 TEST_F(ConfigCommand, EverySetting_CanBeSetAndIsReadBack) {
     const std::vector<std::pair<std::string, std::string>> values = {{"tracks", "My # \"Tracks\", all"},
                                                                      {"card", "true"},
