@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "host/program.h"
+#include "host/text/duration.h"
 #include "host/text/text.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/new_track.h"
@@ -22,8 +23,10 @@ struct Arguments {
 
 int Fail(const std::string& message) { return host::Fail("split", message); }
 
-std::string CheckInterval(const std::string& text) {
-    return ReadInterval(text) ? "" : text + " is no time like 300, 5m or 1h";
+std::string CheckGap(const std::string& text) {
+    constexpr std::int64_t kLongest = 366 * 86'400;  // [s]
+    const std::int64_t seconds = ReadDuration(text).value_or(0);
+    return seconds >= 1 && seconds <= kLongest ? "" : text + " is no time like 300, 5m or 1h30m";
 }
 
 // The track's name with the next number whose name is free.
@@ -77,8 +80,8 @@ void AddSplitCommand(Program& program) {
         *program.app.add_subcommand("split", "Make new tracks of the pieces of one; it stays as it is");
     command.add_option("NAME", arguments->name, "The track")->type_name("")->required();
     auto* gap = command.add_option("--gap", arguments->gap, "Cut where so much time passes between two points")
-                    ->type_name("SECONDS|5m|1h")
-                    ->check(CLI::Validator(CheckInterval, ""))
+                    ->type_name("SECONDS|5m|1h30m")
+                    ->check(CLI::Validator(CheckGap, ""))
                     ->capture_default_str();
     auto* distance = command
                          .add_option("--distance", arguments->distance,
@@ -88,7 +91,7 @@ void AddSplitCommand(Program& program) {
     command.callback([arguments, gap, distance, &program] {
         CutAt where;
         if (distance->count() != 0) where.distance = arguments->distance;
-        if (gap->count() != 0 || !where.distance) where.gap = ReadInterval(arguments->gap);
+        if (gap->count() != 0 || !where.distance) where.gap = *ReadDuration(arguments->gap);
         program.exitCode = Split(*arguments, where, program.settings);
     });
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "host/tracks/library.h"
@@ -16,8 +15,5 @@ struct CutAt {
 
 // All points, in order, none of them twice; one piece when there is nowhere to cut. A piece may be one point.
 std::vector<Points> SplitPoints(const Points& points, const CutAt& where);
-
-// [s] of "90", "90s", "5m", "1h"; nothing for any other text and for zero.
-std::optional<long> ReadInterval(const std::string& text);
 
 }  // namespace host

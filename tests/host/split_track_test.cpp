@@ -1,19 +1,10 @@
-// Where a track is cut, and the intervals that the user writes.
+// Where a track is cut.
 #include "host/tracks/split_track.h"
 
 #include <gtest/gtest.h>
 
 namespace host {
 namespace {
-
-TEST(SplitTrack, Interval_IsSecondsMinutesOrHours) {
-    EXPECT_EQ(ReadInterval("90"), 90);
-    EXPECT_EQ(ReadInterval("90s"), 90);
-    EXPECT_EQ(ReadInterval("5m"), 300);
-    EXPECT_EQ(ReadInterval("1h"), 3600);
-    for (const char* wrong : {"", "0", "-1", "m", "5d", "1.5h", "5 m", "999999999999h"})
-        EXPECT_FALSE(ReadInterval(wrong)) << wrong;
-}
 
 TEST(SplitTrack, Pieces_HoldEveryPointOnce) {
     Points points(5);

@@ -185,7 +185,8 @@ TEST_F(SplitCommand, GapAndDistance_AreAsAsked) {
     EXPECT_EQ(Run({"split", "Lake", "--distance", "400"}).out, "Lake_3  2 points\nLake_4  2 points\n");
     EXPECT_EQ(Run({"split", "Lake", "--distance", "400", "--gap", "300"}).out,
               "Lake_5  2 points\nLake_6  1 point\nLake_7  1 point\n");
-    for (const char* wrong : {"0", "-5", "soon", "5d", "99999999999999999999"})
+    EXPECT_EQ(Run({"split", "Lake", "--gap", "1h30m"}).exitCode, 0);
+    for (const char* wrong : {"0", "-5", "soon", "1m1h", "367d", "99999999999999999999"})
         EXPECT_EQ(Run({"split", "Lake", "--gap", wrong}).exitCode, 2) << wrong;
     EXPECT_EQ(Run({"split", "Lake", "--distance", "0"}).exitCode, 2);
 }
