@@ -1,15 +1,11 @@
 #include "host/tracks/foreign_content.h"
 
-#include <expat.h>
-
-#include <fstream>
-#include <map>
-#include <memory>
+#include <cstdint>
 #include <set>
-#include <vector>
 
 #include "host/program.h"
 #include "host/text/text.h"
+#include "host/text/xml_reader.h"
 #include "host/tracks/named_tracks.h"
 
 namespace host {
@@ -35,77 +31,64 @@ const std::set<std::string> kKept = {"/gpx",
                                      "/gpx/trk/trkseg/trkpt/ele",
                                      "/gpx/trk/trkseg/trkpt/time"};
 
-// What a path of element names is called; others are called by their last name.
-const std::map<std::string, std::string> kCalled = {{"/gpx/wpt", "waypoints"}, {"/gpx/rte", "routes"}};
+void AddPart(std::string& text, const std::string& part) { text += (text.empty() ? "" : ", ") + part; }
 
-// Names what stands at the top of each part that is foreign, once.
-class Reader {
+// Names what stands at the top of each part that is foreign.
+class ForeignParts : public XmlEvents {
  public:
-    void Begin(const char* name) {
-        m_path.push_back(name);
-        if (m_insideForeign != 0) {
-            ++m_insideForeign;
-            return;
-        }
-        const std::string path = Path();
-        if (path == "/gpx/trk" && ++m_tracks == 2) m_found.insert("further tracks");
-        if (path == "/gpx/trk/trkseg" && m_tracks == 1 && ++m_segments == 2) m_found.insert("several segments");
-        if (kKept.contains(path)) return;
-        const auto called = kCalled.find(path);
-        m_found.insert(called == kCalled.end() ? name : called->second);
-        m_insideForeign = 1;
+    std::string OnStart(std::string_view name, const XmlAttributes&) override {
+        m_path += '/';
+        m_path += name;
+        if (m_insideForeign != 0 || !IsKept(name)) ++m_insideForeign;
+        return "";
     }
-
-    void End() {
-        m_path.pop_back();
+    void OnEnd() override {
+        m_path.erase(m_path.rfind('/'));
         if (m_insideForeign != 0) --m_insideForeign;
     }
+    void OnText(std::string_view) override {}
 
-    void Add(const std::string& what) { m_found.insert(what); }
+    void Add(const std::string& what) { m_others.insert(what); }
 
+    // "3 waypoints, 1 more track, extensions".
     std::string Found() const {
         std::string text;
-        for (const std::string& what : m_found) text += (text.empty() ? "" : ", ") + what;
+        if (m_waypoints != 0) AddPart(text, Counted(m_waypoints, "waypoint", "waypoints"));
+        if (m_routes != 0) AddPart(text, Counted(m_routes, "route", "routes"));
+        if (m_tracks > 1) AddPart(text, Counted(m_tracks - 1, "more track", "more tracks"));
+        for (const std::string& what : m_others) AddPart(text, what);
         return text;
     }
 
  private:
-    std::string Path() const {
-        std::string path;
-        for (const std::string& name : m_path) path += '/' + name;
-        return path;
+    // Counts the element that m_path leads to, which lies in no foreign one. What is below a further track goes
+    // with it, whatever it is.
+    bool IsKept(std::string_view name) {
+        if (m_path == "/gpx/trk") return ++m_tracks == 1;
+        if (m_path == "/gpx/trk/trkseg" && ++m_segments == 2) Add("several segments");
+        if (kKept.contains(m_path)) return true;
+        if (m_path == "/gpx/wpt")
+            ++m_waypoints;
+        else if (m_path == "/gpx/rte")
+            ++m_routes;
+        else
+            Add(std::string(name));
+        return false;
     }
 
-    std::vector<std::string> m_path;
-    std::set<std::string> m_found;
-    int m_tracks = 0, m_segments = 0;
+    std::string m_path;
+    std::set<std::string> m_others;
+    std::uint64_t m_waypoints = 0, m_routes = 0, m_tracks = 0, m_segments = 0;
     int m_insideForeign = 0;  // depth below the outermost foreign element
 };
-
-void XMLCALL OnBegin(void* reader, const char* name, const char**) {
-    static_cast<Reader*>(reader)->Begin(name);
-}
-void XMLCALL OnEnd(void* reader, const char*) { static_cast<Reader*>(reader)->End(); }
 
 }  // namespace
 
 std::string ForeignContent(const std::filesystem::path& file) {
-    const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate(nullptr),
-                                                                              &XML_ParserFree);
-    Reader reader;
-    XML_SetUserData(parser.get(), &reader);
-    XML_SetElementHandler(parser.get(), OnBegin, OnEnd);
-    std::ifstream in(file, std::ios::binary);
-    std::vector<char> buffer(65536);
-    bool good = in.is_open();
-    while (good && in) {
-        in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-        const bool isLast = !in;
-        good = XML_Parse(parser.get(), buffer.data(), static_cast<int>(in.gcount()), isLast ? 1 : 0) ==
-               XML_STATUS_OK;
-    }
-    if (!good) reader.Add("parts that are no well-formed XML");
-    return reader.Found();
+    ForeignParts parts;
+    FileReader reader(file.string());
+    if (!ReadXml(reader, parts).problem.empty()) parts.Add("parts that are no well-formed XML");
+    return parts.Found();
 }
 
 bool IsKeptForForeignContent(const Library& library, CTrackProxy& track, const std::string& command,

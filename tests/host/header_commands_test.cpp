@@ -116,7 +116,7 @@ TEST_F(ColorCommand, FileThatHoldsMore_IsLeftAloneUnlessForced) {
     WriteFile(File("Lake"), Gpx("Lake", {{0, 0}, {100, 50}}, 0, true, more));
     const ProcessResult refused = Run({"color", "Lake", "ff0000"});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_TRUE(Contains(refused.err, "(routes, waypoints)")) << refused.err;
+    EXPECT_TRUE(Contains(refused.err, "(1 waypoint, 1 route)")) << refused.err;
     EXPECT_TRUE(Contains(TextOf("Lake"), "Hut"));
     EXPECT_EQ(Run({"color", "Lake", "ff0000", "--force"}).exitCode, 0);
     EXPECT_EQ(Json({"list"})[0]["color"], "#ff0000");
@@ -131,9 +131,18 @@ TEST_F(ColorCommand, FurtherTracksSegmentsAndExtensions_CountAsMore) {
     WriteFile(File("a"), with("</gpx>", "<trk><trkseg>" + Point({0, 0}) + "</trkseg></trk>"));
     WriteFile(File("b"), with("</trk>", "<trkseg>" + Point({0, 0}) + "</trkseg>"));
     WriteFile(File("c"), with("</trkpt>", "<extensions><hr>61</hr></extensions>"));
-    EXPECT_TRUE(Contains(Run({"color", "a", "ff0000"}).err, "(further tracks)"));
+    EXPECT_TRUE(Contains(Run({"color", "a", "ff0000"}).err, "(1 more track)"));
     EXPECT_TRUE(Contains(Run({"color", "b", "ff0000"}).err, "(several segments)"));
     EXPECT_TRUE(Contains(Run({"color", "c", "ff0000"}).err, "(extensions)"));
+}
+
+TEST_F(ColorCommand, PartsOfSeveralTracks_AreCounted) {
+    const std::string waypoint = "<wpt lat=\"47\" lon=\"8\"/>\n";
+    std::string text = Gpx("Lake", {{0, 0}, {100, 50}}, 0, true, waypoint + waypoint);
+    const std::string track = "<trk><name>x</name><desc>y</desc><trkseg/><trkseg/></trk>";
+    text.insert(text.find("</gpx>"), track + track + waypoint);
+    WriteFile(File("Lake"), text);
+    EXPECT_TRUE(Contains(Run({"color", "Lake", "ff0000"}).err, "(3 waypoints, 2 more tracks)"));
 }
 
 TEST_F(ColorCommand, WhatTheLibraryWrites_IsNotForeign) {
