@@ -10,7 +10,7 @@
 #include "host/settings/configuration_text.h"
 #include "host/settings/device_folder.h"
 #include "host/text/json.h"
-#include "host/text/replace_file.h"
+#include "host/text/output_file.h"
 #include "host/text/table.h"
 
 namespace host {

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <tuple>
 
 namespace host {
 namespace {
@@ -17,17 +18,40 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t kPiece = 65536;
 
+// Calls it again as long as a signal comes in between.
+template <typename Call>
+auto Uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
 bool IsFileOrNothing(const std::string& path) {
     std::error_code unreadable;
     const fs::file_status status = fs::status(path, unreadable);
     return !fs::exists(status) || fs::is_regular_file(status);
 }
 
-// The rights that a new file has without our asking.
-mode_t UsualRights() {
+// Owner and rights of the file that is replaced; the rights that a new file has without our asking. Another's
+// file that only the superuser could give away becomes ours.
+bool TakeRightsOf(const std::string& file, int descriptor) {
+    struct stat existing {};
+    if (stat(file.c_str(), &existing) == 0) {
+        std::ignore = fchown(descriptor, existing.st_uid, existing.st_gid);
+        return fchmod(descriptor, existing.st_mode & 07777u) == 0;
+    }
     const mode_t mask = umask(0);
     umask(mask);
-    return 0666 & ~mask;
+    return fchmod(descriptor, 0666 & ~mask) == 0;
+}
+
+// Where the links at the end of the path lead, be it to nothing. A path in a circle stays one.
+fs::path BehindLinks(fs::path path) {
+    constexpr int kMostLinks = 40;
+    std::error_code problem;
+    for (int links = 0; links < kMostLinks && fs::is_symlink(path, problem); ++links)
+        path = path.parent_path() / fs::read_symlink(path, problem);
+    return path;
 }
 
 // Whether the new name is taken is decided by the system in the same step as the move.
@@ -41,7 +65,7 @@ void CommitFolder(const std::string& file) {
     const std::string folder = fs::absolute(file).parent_path().string();
     const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
-    fsync(descriptor);
+    Uninterrupted([descriptor] { return fsync(descriptor); });
     close(descriptor);
 }
 
@@ -54,7 +78,7 @@ OutputFile::OutputFile(const std::string& path, bool overwrite) : m_path(path), 
     } else if (fs::is_directory(path, unreadable)) {
         m_problem = path + " is a folder";
     } else if (!IsFileOrNothing(path)) {
-        m_descriptor = open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+        m_descriptor = Uninterrupted([&] { return open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); });
         if (m_descriptor < 0) Remember("opened");
     } else if (fs::exists(path, unreadable) && !overwrite) {
         m_problem = path + " exists already; --force replaces it";
@@ -63,19 +87,19 @@ OutputFile::OutputFile(const std::string& path, bool overwrite) : m_path(path), 
     }
 }
 
-// A file behind a symbolic link is replaced where it lies; the link stays.
+// A file behind a symbolic link is replaced where it lies; the link stays. The name is short: the file's own,
+// with something behind it, may be longer than names can be.
 void OutputFile::OpenTemporary() {
-    std::error_code none;
-    if (fs::is_symlink(m_path, none)) m_path = fs::weakly_canonical(m_path, none).string();
-    const fs::path target(m_path);
-    m_temporary = (target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string();
-    m_descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
-    if (m_descriptor >= 0) {
-        fchmod(m_descriptor, UsualRights());
-    } else {
-        Remember("written");
-        m_temporary.clear();
+    const fs::path target = BehindLinks(m_path);
+    m_path = target.string();
+    if (std::error_code none; fs::is_symlink(target, none)) {
+        errno = ELOOP;
+        return Remember("written");
     }
+    m_temporary = (target.parent_path() / ".qtrace-XXXXXX").string();
+    m_descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
+    if (m_descriptor < 0) m_temporary.clear();
+    if (m_descriptor < 0 || !TakeRightsOf(m_path, m_descriptor)) Remember("written");
 }
 
 OutputFile::~OutputFile() {
@@ -96,10 +120,10 @@ bool OutputFile::Write(std::string_view text) {
 
 void OutputFile::WriteOut() {
     for (std::string_view rest = m_waiting; !rest.empty() && !m_problem;) {
-        const ssize_t count = write(m_descriptor, rest.data(), rest.size());
+        const ssize_t count = Uninterrupted([&] { return write(m_descriptor, rest.data(), rest.size()); });
         if (count >= 0)
             rest.remove_prefix(static_cast<std::size_t>(count));
-        else if (errno != EINTR)
+        else
             Remember("written");
     }
     m_waiting.clear();
@@ -112,12 +136,22 @@ std::optional<std::string> OutputFile::Finish() {
 }
 
 void OutputFile::TakePlace() {
-    if (fsync(m_descriptor) != 0) return Remember("written");
+    if (Uninterrupted([this] { return fsync(m_descriptor); }) != 0) return Remember("written");
     const bool moved =
         m_overwrite ? rename(m_temporary.c_str(), m_path.c_str()) == 0 : MoveToFreeName(m_temporary, m_path);
     if (!moved) return Remember("put in its place");
     m_temporary.clear();
     CommitFolder(m_path);
+}
+
+std::optional<std::string> ReplaceFile(const fs::path& file, std::string_view text) {
+    const fs::path folder = BehindLinks(file).parent_path();
+    std::error_code problem;
+    if (!folder.empty()) fs::create_directories(folder, problem);
+    if (problem) return "the folder " + folder.string() + " cannot be made: " + problem.message();
+    OutputFile output(file.string(), true);
+    output.Write(text);
+    return output.Finish();
 }
 
 }  // namespace host

@@ -1,6 +1,7 @@
 // Where a document goes: standard output, or a file that appears whole or not at all.
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,8 +13,8 @@ namespace host {
 using TextSink = std::function<bool(std::string_view)>;
 
 // A file is written under a temporary name beside its place and takes the place when it is complete and on
-// storage; a file that is there already is left alone unless `overwrite`. Devices and pipes are written to as
-// they are.
+// storage; a file that is there already is left alone unless `overwrite`, and its owner and rights stay. A link
+// keeps leading to its file, which is made where it is missing. Devices and pipes are written to as they are.
 class OutputFile {
  public:
     // A path, or "-" for standard output.
@@ -44,5 +45,9 @@ class OutputFile {
     bool m_overwrite;
     int m_descriptor = -1;
 };
+
+// Makes `text` the content of the file, in the same way; its folders, too, where they are missing. Otherwise
+// says why not, and the file is as it was.
+std::optional<std::string> ReplaceFile(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace host

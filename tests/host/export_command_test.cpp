@@ -96,6 +96,32 @@ TEST_F(Export, SymbolicLink_StaysAndItsFileIsReplaced) {
     EXPECT_TRUE(ReadFile(Path("real.gpx")).starts_with("<?xml"));
 }
 
+TEST_F(Export, LinkToNothing_StaysAndItsFileIsMade) {
+    fs::create_directory(Path("elsewhere"));
+    fs::create_symlink("elsewhere/real.gpx", Path("second.gpx"));
+    fs::create_symlink("second.gpx", Path("link.gpx"));
+    EXPECT_EQ(Put({"Lake", Path("link.gpx")}).exitCode, 0);
+    EXPECT_TRUE(fs::is_symlink(Path("link.gpx")) && fs::is_symlink(Path("second.gpx")));
+    EXPECT_TRUE(ReadFile(Path("elsewhere/real.gpx")).starts_with("<?xml"));
+    fs::create_symlink("circle.gpx", Path("circle.gpx"));
+    EXPECT_EQ(Put({"Lake", Path("circle.gpx")}).exitCode, 1);
+}
+
+TEST_F(Export, ReplacedFile_KeepsItsRights) {
+    const std::string file = File("out.gpx", "old");
+    for (const unsigned rights : {0600u, 0664u}) {
+        fs::permissions(file, fs::perms(rights));
+        EXPECT_EQ(Put({"Lake", file, "--force"}).exitCode, 0);
+        EXPECT_EQ(fs::status(file).permissions(), fs::perms(rights));
+    }
+}
+
+TEST_F(Export, LongestName_IsWritten) {
+    const std::string name = std::string(251, 'x') + ".gpx";
+    EXPECT_EQ(Put({"Lake", Path(name)}).exitCode, 0);
+    EXPECT_TRUE(fs::exists(Path(name)));
+}
+
 TEST_F(Export, NoSpace_LeavesNothingAndTheOldFile) {
     const std::string file = File("out.gpx", "precious");
     ProcessOptions options;
