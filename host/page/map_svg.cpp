@@ -8,7 +8,7 @@
 #include "host/page/profile_svg.h"
 #include "host/page/round_step.h"
 #include "host/page/svg.h"
-#include "host/page/web_page.h"
+#include "host/text/markup.h"
 #include "host/text/text.h"
 #include "host/tracks/bounds.h"
 

@@ -1,6 +1,6 @@
 #include "host/page/svg.h"
 
-#include "host/page/web_page.h"
+#include "host/text/markup.h"
 #include "host/text/text.h"
 
 namespace host {

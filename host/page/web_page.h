@@ -31,8 +31,4 @@ std::string WebPage(const PageOptions& options, const Json& tracks);
 // and, live, the program itself.
 std::string PagePolicy(const PageOptions& options);
 
-// Text as it stands in HTML, XML or an attribute between quotation marks. Bytes that are no UTF-8, and
-// characters that XML cannot hold, become U+FFFD.
-std::string MarkupText(const std::string& text);
-
 }  // namespace host

@@ -28,27 +28,4 @@ bool DocumentTrack::HasTimes() const {
     return !AnyPoint(*this, [](const TckPt& point) { return point.lTime == 0; });
 }
 
-std::string XmlText(const std::string& text) {
-    std::string escaped;
-    for (const char c : text) {
-        switch (c) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            case '"':
-                escaped += "&quot;";
-                break;
-            default:
-                if (static_cast<unsigned char>(c) >= 0x20 || c == '\t' || c == '\n') escaped += c;
-        }
-    }
-    return escaped;
-}
-
 }  // namespace host

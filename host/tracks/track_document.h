@@ -41,7 +41,4 @@ void WriteKml(const std::vector<DocumentTrack>& tracks, const TextSink& sink);
 // RFC 4180 with a header row and line feeds: a row a point.
 void WriteCsv(const std::vector<DocumentTrack>& tracks, const TextSink& sink);
 
-// The text with the characters that XML reserves written out, and without those that it forbids.
-std::string XmlText(const std::string& text);
-
 }  // namespace host

@@ -3,6 +3,7 @@
 
 #include "host/settings/host_settings.h"
 #include "host/text/iso_time.h"
+#include "host/text/markup.h"
 #include "host/text/number_text.h"
 #include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
@@ -42,7 +43,7 @@ std::string PointText(const TckPt& point) {
 }
 
 bool WriteTrack(const DocumentTrack& track, const TextSink& sink) {
-    bool goesOn = sink("  <trk>\n    " + Element("name", XmlText(track.name)) +
+    bool goesOn = sink("  <trk>\n    " + Element("name", MarkupText(track.name)) +
                        "\n    <extensions><line xmlns=\"http://www.topografix.com/GPX/gpx_style/0/2\">" +
                        Element("color", ColorText(track.color).substr(1)) + "</line></extensions>\n");
     for (const Segment& segment : track.segments) {

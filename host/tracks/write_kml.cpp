@@ -3,6 +3,7 @@
 
 #include "host/settings/host_settings.h"
 #include "host/text/iso_time.h"
+#include "host/text/markup.h"
 #include "host/text/number_text.h"
 #include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
@@ -60,7 +61,7 @@ std::string TimeOf(const DocumentTrack& track) {
 }
 
 std::string Head(const DocumentTrack& track) {
-    return "<Placemark>\n<name>" + XmlText(track.name) + "</name>\n" + TimeOf(track) +
+    return "<Placemark>\n<name>" + MarkupText(track.name) + "</name>\n" + TimeOf(track) +
            "<Style><LineStyle><color>" + ColorOf(track) + "</color><width>3</width></LineStyle></Style>\n";
 }
 

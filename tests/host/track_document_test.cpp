@@ -74,8 +74,10 @@ TEST(TrackDocument, WhatIsNotKnown_IsLeftOut) {
 TEST(TrackDocument, Names_AreEscapedInEveryFormat) {
     const std::string name = "<A> & \"B\",\x01\n'C'";
     const std::vector<DocumentTrack> tracks = {Track({{At(1, 2), At(1, 3)}}, name)};
-    EXPECT_TRUE(Contains(Text(WriteGpx, tracks), "<name>&lt;A&gt; &amp; &quot;B&quot;,\n'C'</name>"));
-    EXPECT_TRUE(Contains(Text(WriteKml, tracks), "<name>&lt;A&gt; &amp; &quot;B&quot;,\n'C'</name>"));
+    EXPECT_TRUE(
+        Contains(Text(WriteGpx, tracks), "<name>&lt;A&gt; &amp; &quot;B&quot;,\ufffd\n&#39;C&#39;</name>"));
+    EXPECT_TRUE(
+        Contains(Text(WriteKml, tracks), "<name>&lt;A&gt; &amp; &quot;B&quot;,\ufffd\n&#39;C&#39;</name>"));
     EXPECT_TRUE(Contains(Text(WriteCsv, tracks), "\"<A> & \"\"B\"\",\x01\n'C'\",1,1,2,"));
     EXPECT_EQ(GeoJson(tracks[0]).at("properties").at("name"), name);
 }

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/page/web_page.h"
+#include "host/text/markup.h"
 #include "host/text/text.h"
 #include "host/tracks/library.h"
 #include "tests/support/device.h"

@@ -4,6 +4,7 @@
 #include "host/page/map_svg.h"
 #include "host/page/web_files.h"
 #include "host/page/web_page.h"
+#include "host/text/markup.h"
 
 namespace host {
 namespace {
