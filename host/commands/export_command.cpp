@@ -7,6 +7,7 @@
 
 #include "host/program.h"
 #include "host/text/choice.h"
+#include "host/text/extension.h"
 #include "host/text/text.h"
 #include "host/tracks/library.h"
 #include "host/tracks/named_tracks.h"
@@ -33,8 +34,8 @@ Writer WriterFor(const Arguments& arguments) {
     std::string format = arguments.format;
     if (format.empty() && arguments.words.back() == "-") format = "gpx";
     if (format.empty()) {
-        const std::string extension = std::filesystem::path(arguments.words.back()).extension().string();
-        format = extension.empty() ? "" : CLI::detail::to_lower(extension.substr(1));
+        const std::string extension = ExtensionOf(arguments.words.back());
+        format = extension.empty() ? "" : extension.substr(1);
         if (format == "json") format = "geojson";
     }
     const auto writer = kWriters.find(format);

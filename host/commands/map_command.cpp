@@ -11,6 +11,7 @@
 #include "host/page/map_svg.h"
 #include "host/page/web_page.h"
 #include "host/program.h"
+#include "host/text/extension.h"
 #include "host/text/output_file.h"
 #include "host/text/text.h"
 #include "host/tracks/library.h"
@@ -82,9 +83,7 @@ int Draw(const Arguments& arguments, const HostSettings& settings) {
 
 // By the extension, in any letter case; a page where there is none, as on standard output.
 std::string FormatOf(const std::string& output) {
-    std::string extension = std::filesystem::path(output).extension().string();
-    for (char& c : extension)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    const std::string extension = ExtensionOf(output);
     if (extension == ".svg") return "svg";
     if (extension == ".html" || extension == ".htm" || extension.empty()) return "html";
     throw CLI::ValidationError("--output", output + " is neither .html nor .svg; --format says which to write");

@@ -5,25 +5,14 @@
 #include <utility>
 
 #include "host/settings/device_folder.h"
+#include "host/settings/device_path.h"
+#include "host/text/extension.h"
 #include "host/text/text.h"
 
 namespace fs = std::filesystem;
 
 namespace host {
 namespace {
-
-bool HasTrackExtension(const fs::path& file) {
-    std::string extension = file.extension().string();
-    for (char& c : extension)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return extension == ".gpx";
-}
-
-std::string OnDevice(const std::string& folder) {
-    std::string path = '\\' + folder;
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
-}
 
 std::string RevisionOf(std::uintmax_t size, fs::file_time_type written) {
     return std::to_string(size) + '-' + std::to_string(written.time_since_epoch().count());
@@ -33,8 +22,8 @@ std::string RevisionOf(std::uintmax_t size, fs::file_time_type written) {
 
 TrackIndex::TrackIndex(const HostSettings& settings) {
     const DeviceFolder device(settings);
-    m_folders.push_back({device.Tracks(), OnDevice(settings.tracks)});
-    if (settings.card) m_folders.push_back({device.CardTracks(), OnDevice(settings.cardTracks)});
+    m_folders.push_back({device.Tracks(), DevicePath(settings.tracks)});
+    if (settings.card) m_folders.push_back({device.CardTracks(), DevicePath(settings.cardTracks)});
 }
 
 bool TrackIndex::Refresh() {
@@ -56,7 +45,7 @@ void TrackIndex::LookInto(const Folder& folder, const Entries& before, Entries& 
     for (fs::directory_iterator file(folder.onDisk, problem), end; !problem && file != end;
          file.increment(problem)) {
         std::error_code gone;
-        if (!HasTrackExtension(file->path()) || !file->is_regular_file(gone)) continue;
+        if (!IsTrackFile(file->path()) || !file->is_regular_file(gone)) continue;
         const FileState state{file->file_size(gone), file->last_write_time(gone)};
         const std::string id = file->path().filename().string();
         if (gone || now.contains(id)) continue;

@@ -4,6 +4,7 @@
 
 #include "host/recording/live_recording.h"
 #include "host/recording/recording_files.h"
+#include "host/settings/device_path.h"
 #include "host/text/text.h"
 #include "host/tracks/free_name.h"
 

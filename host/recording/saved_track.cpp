@@ -5,6 +5,8 @@
 #include <system_error>
 #include <vector>
 
+#include "host/settings/device_path.h"
+#include "host/text/extension.h"
 #include "host/text/text.h"
 #include "qtrace.h"
 
@@ -14,9 +16,7 @@ namespace host {
 namespace {
 
 std::string DevicePathOf(const DeviceFolder& device, const fs::path& file) {
-    std::string path = FromUtf8('/' + file.lexically_relative(device.Root()).generic_string());
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
+    return FromUtf8(DevicePath(file.lexically_relative(device.Root()).generic_string()));
 }
 
 }  // namespace
@@ -37,18 +37,12 @@ std::optional<SavedTrack> ReadSavedTrack(const DeviceFolder& device, const fs::p
     return track;
 }
 
-fs::path FileOf(const DeviceFolder& device, const std::string& devicePath) {
-    std::string path = ToUtf8(devicePath);
-    std::replace(path.begin(), path.end(), '\\', '/');
-    return device.Root() / fs::path(path).relative_path();
-}
-
 std::set<fs::path> TrackFilesOf(const DeviceFolder& device) {
     std::set<fs::path> files;
     for (const fs::path& folder : {device.Tracks(), device.CardTracks()}) {
         std::error_code unreadable;
         for (const auto& entry : fs::directory_iterator(folder, unreadable))
-            if (entry.path().extension() == ".gpx") files.insert(entry.path());
+            if (IsTrackFile(entry.path())) files.insert(entry.path());
     }
     return files;
 }

@@ -23,9 +23,6 @@ struct SavedTrack {
 // `file`: in one of the device's track folders. Nothing when the library cannot read it.
 std::optional<SavedTrack> ReadSavedTrack(const DeviceFolder& device, const std::filesystem::path& file);
 
-// The file on this machine that stands for a device path (code page).
-std::filesystem::path FileOf(const DeviceFolder& device, const std::string& devicePath);
-
 // The track files in the device and on its card.
 std::set<std::filesystem::path> TrackFilesOf(const DeviceFolder& device);
 

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <map>
 
+#include "host/settings/device_path.h"
 #include "host/text/choice.h"
 
 namespace host {
@@ -19,13 +20,6 @@ std::string CheckCodePage(const std::string& number) {
     const auto read = std::from_chars(number.data(), number.data() + number.size(), page);
     const bool good = read.ec == std::errc() && *read.ptr == 0 && SetAnsiCodePage(page);
     return good ? "" : "code page " + number + " is not known";
-}
-
-// A folder below the device folder, as the device names it: "UserData/Track" is "\UserData\Track".
-std::string DevicePath(const std::string& folder) {
-    std::string path = '\\' + folder;
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
 }
 
 std::string CheckDevice(const std::string& folder) {

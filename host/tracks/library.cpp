@@ -1,9 +1,7 @@
 #include "host/tracks/library.h"
 
-#include <algorithm>
-#include <system_error>
-
-#include "host/text/text.h"
+#include "host/settings/device_path.h"
+#include "host/text/extension.h"
 #include "host/tracks/free_name.h"
 
 namespace host {
@@ -33,7 +31,7 @@ CTrackProxy* Library::Find(const std::string& name) const {
     if (CTrackProxy* track = m_manager.GetTrack(name)) return track;
     if (CTrackProxy* track = m_manager.GetTrackByFile(name)) return track;
     const std::filesystem::path file(name);
-    return file.extension() == ".gpx" ? m_manager.GetTrackByFile(file.stem().string()) : nullptr;
+    return IsTrackFile(file) ? m_manager.GetTrackByFile(file.stem().string()) : nullptr;
 }
 
 std::string Library::FreeName(const std::string& name) const {
@@ -66,9 +64,7 @@ std::string Library::WhyNotStored() const {
 }
 
 std::filesystem::path Library::FileOf(CTrackProxy& track) const {
-    std::string path = ToUtf8(track.GetTrackPath());
-    std::replace(path.begin(), path.end(), '\\', '/');
-    return m_device.Root() / path.substr(path.find_first_not_of('/'));
+    return host::FileOf(m_device, track.GetTrackPath());
 }
 
 }  // namespace host

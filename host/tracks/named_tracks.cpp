@@ -10,18 +10,13 @@
 
 #include "host/program.h"
 #include "host/text/display_width.h"
+#include "host/text/extension.h"
 #include "host/text/text.h"
 
 namespace fs = std::filesystem;
 
 namespace host {
 namespace {
-
-bool IsGpx(const fs::path& file) {
-    std::string extension = file.extension().string();
-    UpString(extension);
-    return extension == ".GPX";
-}
 
 std::string WhyUnreadable(const fs::path& file) {
     std::error_code special;
@@ -37,7 +32,8 @@ void AddUnlisted(const fs::path& folder, const std::set<fs::path>& listed, std::
     std::error_code problem;
     for (const auto& entry : fs::directory_iterator(folder, problem)) {
         std::error_code unknown;
-        if (!IsGpx(entry.path()) || entry.is_directory(unknown) || listed.contains(entry.path())) continue;
+        if (!IsTrackFile(entry.path()) || entry.is_directory(unknown) || listed.contains(entry.path()))
+            continue;
         files.push_back({entry.path(), WhyUnreadable(entry.path())});
     }
 }

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "host/recording/device_health.h"
+#include "host/text/extension.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -17,8 +18,7 @@ std::vector<fs::path> TrackFilesIn(const fs::path& folder) {
     std::vector<fs::path> files;
     std::error_code missing;
     for (const auto& entry : fs::directory_iterator(folder, missing))
-        if (std::error_code special; CLI::detail::to_lower(entry.path().extension().string()) == ".gpx" &&
-                                     entry.is_regular_file(special))
+        if (std::error_code special; IsTrackFile(entry.path()) && entry.is_regular_file(special))
             files.push_back(entry.path());
     std::sort(files.begin(), files.end());
     return files;

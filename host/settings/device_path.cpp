@@ -1,0 +1,23 @@
+#include "host/settings/device_path.h"
+
+#include <algorithm>
+
+#include "host/text/text.h"
+
+namespace fs = std::filesystem;
+
+namespace host {
+
+std::string DevicePath(const std::string& folder) {
+    std::string path = '\\' + folder;
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+fs::path FileOf(const DeviceFolder& device, const std::string& devicePath) {
+    std::string path = ToUtf8(devicePath);
+    std::replace(path.begin(), path.end(), '\\', '/');
+    return device.Root() / fs::path(path).relative_path();
+}
+
+}  // namespace host
