@@ -4,17 +4,14 @@
 #include <iostream>
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
 #include "host/program.h"
 #include "host/recording/device_health.h"
 #include "host/text/display_width.h"
+#include "host/text/json.h"
 #include "host/text/text.h"
 
 namespace host {
 namespace {
-
-using nlohmann::json;
 
 struct DeviceHealth {
     std::vector<TrackHealth> tracks;
@@ -51,28 +48,27 @@ void Print(const DeviceHealth& health) {
     PrintLines(health.leftovers);
 }
 
-json JsonOf(const TrackHealth& track) {
+Json JsonOf(const TrackHealth& track) {
     return {{"file", track.file.string()},
-            {"name", track.name.empty() ? json() : json(track.name)},
+            {"name", TextOrNull(track.name)},
             {"points", track.points},
             {"problems", track.problems},
             {"notes", track.notes}};
 }
 
 void PrintAsJson(const DeviceHealth& health) {
-    json tracks = json::array();
+    Json tracks = Json::array();
     for (const TrackHealth& track : health.tracks) tracks.push_back(JsonOf(track));
     const RingImage& ring = health.files.image;
-    const json recording = {{"exists", health.files.exists},
+    const Json recording = {{"exists", health.files.exists},
                             {"records", ring.count},
                             {"good", ring.Count(RecordState::Good)},
                             {"notes", health.recording.notes},
                             {"problems", health.recording.problems}};
-    const json all = {{"good", health.IsGood()},
-                      {"tracks", tracks},
-                      {"recording", recording},
-                      {"left_behind", health.leftovers}};
-    std::cout << all.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    PrintJson({{"good", health.IsGood()},
+               {"tracks", tracks},
+               {"recording", recording},
+               {"left_behind", health.leftovers}});
 }
 
 int Check(bool asJson, const HostSettings& settings) {

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "host/program.h"
+#include "host/text/iso_time.h"
 #include "host/text/json.h"
 #include "host/text/table.h"
 #include "host/text/text.h"
@@ -84,8 +85,8 @@ void PrintTable(const Points& points) {
 void PrintCsv(const Points& points) {
     std::cout << "time,latitude,longitude,altitude\n";
     for (const TckPt& point : points)
-        std::cout << IsoTimeText(point.lTime) << ',' << Decimals(point.dLatitude, 6) << ','
-                  << Decimals(point.dLongitude, 6) << ',' << AltitudeText(point, 2) << '\n';
+        std::cout << (point.lTime == 0 ? "" : IsoText(point.lTime)) << ',' << Decimals(point.dLatitude, 6)
+                  << ',' << Decimals(point.dLongitude, 6) << ',' << AltitudeText(point, 2) << '\n';
 }
 
 void PrintAsJson(const Points& points) {

@@ -3,20 +3,16 @@
 #include <iostream>
 #include <memory>
 
-#include <nlohmann/json.hpp>
-
 #include "host/program.h"
 #include "host/recording/recording_view.h"
 #include "host/settings/host_settings.h"
 #include "host/text/display_width.h"
-#include "host/text/iso_time.h"
+#include "host/text/json.h"
 #include "host/text/number_text.h"
 #include "host/text/text.h"
 
 namespace host {
 namespace {
-
-using nlohmann::json;
 
 struct Arguments {
     bool asJson = false;
@@ -110,12 +106,10 @@ void PrintFiles(const RecordingView& files) {
 
 // --- JSON ---
 
-json TimeOrNull(std::int32_t time) { return time == 0 ? json() : json(IsoText(time)); }
-
-json JsonOf(const RingRecord& record) {
-    json object = {{"slot", record.slot}, {"offset", record.offset}, {"state", NameOf(record.state)}};
+Json JsonOf(const RingRecord& record) {
+    Json object = {{"slot", record.slot}, {"offset", record.offset}, {"state", NameOf(record.state)}};
     if (record.state != RecordState::Good) return object;
-    object.update({{"time", TimeOrNull(record.point.lTime)},
+    object.update({{"time", IsoTime(record.point.lTime)},
                    {"latitude", record.point.dLatitude},
                    {"longitude", record.point.dLongitude},
                    {"altitude", record.point.dAltitude},
@@ -124,25 +118,25 @@ json JsonOf(const RingRecord& record) {
     return object;
 }
 
-json JsonOf(const std::vector<std::vector<TckPt>>& slices) {
-    json list = json::array();
+Json JsonOf(const std::vector<std::vector<TckPt>>& slices) {
+    Json list = Json::array();
     for (const auto& slice : slices)
-        list.push_back({{"start", TimeOrNull(slice.front().lTime)},
-                        {"end", TimeOrNull(slice.back().lTime)},
+        list.push_back({{"start", IsoTime(slice.front().lTime)},
+                        {"end", IsoTime(slice.back().lTime)},
                         {"points", slice.size()}});
     return list;
 }
 
-json JsonOf(const std::optional<HeadImage>& head) {
-    if (!head) return {};
+Json JsonOf(const std::optional<HeadImage>& head) {
+    if (!head) return nullptr;
     return {{"name", ToUtf8(head->name)}, {"visible", head->visible}, {"color", ColorText(head->color)}};
 }
 
-json JsonOf(const RecordingView& files) {
+Json JsonOf(const RecordingView& files) {
     const RingImage& ring = files.image;
     const auto slices = SlicesOf(GoodPoints(ring));
     return {{"file", files.ring.string()},
-            {"recorder", files.recorder ? json(*files.recorder) : json()},
+            {"recorder", TextOrNull(files.recorder.value_or(""))},
             {"consistent", ring.isConsistent},
             {"size", ring.size},
             {"start", ring.start},
@@ -151,20 +145,20 @@ json JsonOf(const RecordingView& files) {
             {"good", ring.Count(RecordState::Good)},
             {"empty", ring.Count(RecordState::Empty)},
             {"damaged", ring.Count(RecordState::Damaged)},
-            {"oldest", slices.empty() ? json() : TimeOrNull(slices.front().front().lTime)},
-            {"newest", slices.empty() ? json() : TimeOrNull(slices.back().back().lTime)},
+            {"oldest", slices.empty() ? Json(nullptr) : IsoTime(slices.front().front().lTime)},
+            {"newest", slices.empty() ? Json(nullptr) : IsoTime(slices.back().back().lTime)},
             {"slices", JsonOf(slices)},
             {"head", JsonOf(files.head)},
             {"note", NameOf(files.note)}};
 }
 
 void PrintAsJson(const RecordingView& files, bool withRecords) {
-    json object = JsonOf(files);
+    Json object = JsonOf(files);
     if (withRecords) {
-        object["records"] = json::array();
+        object["records"] = Json::array();
         for (const RingRecord& record : files.image.records) object["records"].push_back(JsonOf(record));
     }
-    std::cout << object.dump(2, ' ', false, json::error_handler_t::replace) << '\n';
+    PrintJson(object);
 }
 
 int Show(const Arguments& arguments, const HostSettings& settings) {

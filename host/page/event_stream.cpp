@@ -15,7 +15,7 @@ std::string IdOf(const FeedPlace& place) {
 }
 
 std::string Event(const std::string& name, const Json& data) {
-    return "event: " + name + "\ndata: " + data.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n\n";
+    return "event: " + name + "\ndata: " + JsonText(data) + "\n\n";
 }
 
 Json PointsJson(const std::vector<LivePoint>& points) {

@@ -40,7 +40,7 @@ void ReplaceAll(std::string& text, std::string_view what, std::string_view by) {
 // As JSON between script tags: no character in it can end the element or begin a comment, and none ends a line
 // for a reader that takes it as a script.
 std::string JsonInScript(const Json& json) {
-    std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    std::string text = JsonText(json);
     ReplaceAll(text, "<", "\\u003c");
     ReplaceAll(text, ">", "\\u003e");
     ReplaceAll(text, "&", "\\u0026");

@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "host/settings/host_settings.h"
+#include "host/text/iso_time.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -20,17 +21,11 @@ Json BoundsJson(const std::optional<Bounds>& bounds) {
 
 }  // namespace
 
-std::string IsoTimeText(long seconds) {
-    if (seconds == 0) return "";
-    const std::string text = UtcText(seconds);  // "2024-05-12 08:15:07 UTC"
-    const std::size_t blank = text.find(' ');
-    return text.substr(0, blank) + 'T' + text.substr(blank + 1, 8) + 'Z';
+Json IsoTime(std::optional<long> seconds) {
+    return seconds.value_or(0) == 0 ? Json(nullptr) : Json(IsoText(*seconds));
 }
 
-Json IsoTime(std::optional<long> seconds) {
-    const std::string text = IsoTimeText(seconds.value_or(0));
-    return text.empty() ? Json(nullptr) : Json(text);
-}
+Json TextOrNull(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
 
 Json TrackJson(const TrackHeader& header) {
     return {{"name", ToUtf8(header.name)},
@@ -81,6 +76,8 @@ Json StatisticsJson(const Statistics& s) {
             {"bounds", BoundsJson(s.bounds)},
             {"computed_from", s.basis}};
 }
+
+std::string JsonText(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
 void PrintJson(const Json& json) {
     std::cout << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';

@@ -15,9 +15,9 @@ namespace host {
 
 using Json = nlohmann::ordered_json;  // keys in the order in which they are written
 
-// "2024-05-12T08:15:06Z"; seconds since 1970, empty for 0.
-std::string IsoTimeText(long seconds);
-Json IsoTime(std::optional<long> seconds);  // null for 0 too
+// "2024-05-12T08:15:06Z" of seconds since 1970; null for 0, too, which is no known time.
+Json IsoTime(std::optional<long> seconds);
+Json TextOrNull(const std::string& text);  // null for an empty one
 
 // A track's header: name, file, points, length, area, start, end, duration, color, shown.
 Json TrackJson(const TrackHeader& header);
@@ -29,7 +29,10 @@ Json PointJson(const TckPt& point, bool withMotion);
 
 Json StatisticsJson(const Statistics& statistics);
 
-// On standard output, indented, with a line end. Bytes that are no UTF-8 are replaced.
+// In one line. Bytes that are no UTF-8 are replaced.
+std::string JsonText(const Json& json);
+
+// On standard output, indented, with a line end; bytes likewise.
 void PrintJson(const Json& json);
 
 }  // namespace host

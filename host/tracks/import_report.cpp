@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <iostream>
 
-#include <nlohmann/json.hpp>
-
 #include "host/text/display_width.h"
+#include "host/text/json.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -48,11 +47,7 @@ std::string OthersIn(const GpxOutcome& outcome) {
     return text;
 }
 
-nlohmann::json TextOrNull(const std::string& text) {
-    return text.empty() ? nlohmann::json() : nlohmann::json(text);
-}
-
-nlohmann::json JsonOf(const ImportedTrack& track) {
+Json JsonOf(const ImportedTrack& track) {
     return {{"name", TextOrNull(track.name)},
             {"wanted_name", track.wanted},
             {"points", track.points},
@@ -65,8 +60,8 @@ nlohmann::json JsonOf(const ImportedTrack& track) {
             {"problem", TextOrNull(track.problem)}};
 }
 
-nlohmann::json JsonOf(const ImportedFile& file) {
-    nlohmann::json tracks = nlohmann::json::array();
+Json JsonOf(const ImportedFile& file) {
+    Json tracks = Json::array();
     for (const ImportedTrack& track : file.tracks) tracks.push_back(JsonOf(track));
     return {{"file", file.name},
             {"tracks", tracks},
@@ -113,10 +108,9 @@ void PrintImport(const ImportedFile& file) {
 }
 
 void PrintImportAsJson(const std::vector<ImportedFile>& files) {
-    nlohmann::json list = nlohmann::json::array();
+    Json list = Json::array();
     for (const ImportedFile& file : files) list.push_back(JsonOf(file));
-    std::cout << nlohmann::json{{"files", list}}.dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
-              << '\n';
+    PrintJson({{"files", list}});
 }
 
 }  // namespace host

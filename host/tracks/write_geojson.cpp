@@ -1,10 +1,9 @@
 // Tracks as GeoJSON (RFC 7946).
 #include <cmath>
 
-#include <nlohmann/json.hpp>
-
 #include "host/settings/host_settings.h"
 #include "host/text/iso_time.h"
+#include "host/text/json.h"
 #include "host/text/number_text.h"
 #include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_document.h"
@@ -77,11 +76,8 @@ bool WriteLines(const std::vector<Segment>& lines, const TextSink& sink, Text te
 }
 
 std::string Properties(const DocumentTrack& track) {
-    const auto text = [](const std::string& value) {
-        return nlohmann::json(value).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    };
-    return "\"properties\":{\"name\":" + text(track.name) + ",\"stroke\":" + text(ColorText(track.color)) +
-           ",\"points\":" + std::to_string(track.Points());
+    return "\"properties\":{\"name\":" + JsonText(track.name) +
+           ",\"stroke\":" + JsonText(ColorText(track.color)) + ",\"points\":" + std::to_string(track.Points());
 }
 
 // A track of a single point is a point; one of none has no place.

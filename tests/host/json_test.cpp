@@ -11,13 +11,14 @@ TEST(Json, Time_IsInUtcAndZeroIsNull) {
     EXPECT_EQ(IsoTime(-1), Json("1969-12-31T23:59:59Z"));
     EXPECT_TRUE(IsoTime(0).is_null());
     EXPECT_TRUE(IsoTime(std::nullopt).is_null());
-    EXPECT_EQ(IsoTimeText(0), "");
 }
 
-TEST(Json, Point_KnowsNoAltitudeOfZero) {
+TEST(Json, Point_KnowsNoAltitudeOfPlusZero) {
     TckPt point{47.5, 8.25, 0.0, 3.5, 1715501706, 90.0f, {}};
     EXPECT_EQ(PointJson(point, false).dump(),
               R"({"latitude":47.5,"longitude":8.25,"altitude":null,"time":"2024-05-12T08:15:06Z"})");
+    point.dAltitude = -0.0;  // measured
+    EXPECT_EQ(PointJson(point, false)["altitude"].dump(), "0.0");
     point.dAltitude = 400;
     const Json json = PointJson(point, true);
     EXPECT_EQ(json["altitude"], 400.0);
