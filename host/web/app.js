@@ -97,10 +97,18 @@ function showStatic() {
 
 // --- The live page ---
 
-// A track stays as it is on the page as long as its file does; one whose file changed is read anew.
+// Answers may overtake each other: one to an earlier question than the list on the page is out of date.
+let listsAsked = 0, listTaken = 0;
 async function takeList() {
+  const question = ++listsAsked, list = (await fetchList()).tracks;
+  if (question < listTaken) return;
+  listTaken = question;
+  await showTracks(list);
+}
+
+// A track stays as it is on the page as long as its file does; one whose file changed is read anew.
+async function showTracks(list) {
   const before = new Map(state.tracks.map((track) => [track.id, track]));
-  const list = (await fetchList()).tracks;
   state.tracks = list.map((info) => {
     const known = before.get(info.id);
     if (known && known.revision === info.revision) return known;

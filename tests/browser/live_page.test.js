@@ -18,6 +18,21 @@ function storeHostileTrack(device) {
     `<trk><name>${HOSTILE}</name><trkseg><trkpt lat="46.5" lon="-23.2"></trkpt><trkpt lat="46.51" lon="-23.2"></trkpt></trkseg></trk></gpx>`);
 }
 
+// The answer to the first question comes last, and says that nothing is stored.
+async function listsInTheWrongOrder(page) {
+  let questions = 0, isSecondAnswered;
+  const secondAnswer = new Promise((resolve) => { isSecondAnswered = resolve; });
+  await page.route('**/api/tracks', async (route) => {
+    if (++questions !== 1) return route.continue();
+    await secondAnswer;
+    return route.fulfill({ json: { tracks: [] } });
+  });
+  await page.evaluate(() => { window.first = takeList(); return takeList(); });
+  isSecondAnswered();
+  await page.evaluate(() => window.first);
+  check((await items(page)) === 2, 'an answer that comes too late changes nothing');
+}
+
 test(async (browser, folder) => {
   storeHostileTrack(folder);
   const drive = readFileSync(join(samples, 'drive.nmea'));
@@ -37,6 +52,7 @@ test(async (browser, folder) => {
 
   const late = await openPage(browser, await recorder.url);
   await eventually(async () => (await points(late)) >= (await points(page)), 'a late page gets the track so far');
+  await listsInTheWrongOrder(late);
   await late.close();
 
   const profile = await page.locator('#profile').boundingBox();
