@@ -13,8 +13,12 @@
 
 // Head only until an operation needs the points, and again once it is done; SimplyTrack and SaveTrackPtLst keep
 // the track loaded. A header value of 0 counts as not known and is read from the file at each query: so does an
-// empty track its point count. A file that cannot be read leaves the values as they are. The host's thread, or
-// the loading thread before the track is in the list. Owns the track it has loaded.
+// empty track its point count. A file that cannot be read leaves the values as they are. Owns the track it has
+// loaded. Threads: a handle of the manager's list belongs to the host's thread, or to the loading thread before
+// it is in the list. A handle that the host made itself, of a path, may be used by any thread, one at a time,
+// also beside others of the same file, as long as it stays away from the manager: storing, reversing and
+// deleting tracks are for the host's thread. The settings of the device (platform/device.h) do not change
+// meanwhile.
 class QTRACE_API CTrackProxy : public ITrack {
  public:
     CTrackProxy();  // no file

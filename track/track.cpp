@@ -1,6 +1,7 @@
 #include "track/track.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 #include "track/geodesy.h"
@@ -62,13 +63,16 @@ void CTrack::Init() {
     m_dArea = 0.0;
     m_iVisible = 1;
     m_bSaveSus = false;
-    m_ulColor = s_ulDefaultColor;
+    m_ulColor = std::atomic_ref(s_ulDefaultColor).load(std::memory_order_relaxed);
     m_vecPtLst.clear();
     m_bEpurate = true;
     SetSimplifyDis(kDefaultSimplifyMetres);
 }
 
-void CTrack::SetDefaultColor(unsigned long color) { s_ulDefaultColor = static_cast<std::uint32_t>(color); }
+// A load sets it while other threads may read tracks of their own.
+void CTrack::SetDefaultColor(unsigned long color) {
+    std::atomic_ref(s_ulDefaultColor).store(static_cast<std::uint32_t>(color), std::memory_order_relaxed);
+}
 
 void CTrack::clear() {
     m_vecPtLst.clear();

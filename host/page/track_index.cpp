@@ -26,8 +26,9 @@ TrackIndex::TrackIndex(const HostSettings& settings) {
     if (settings.card) m_folders.push_back({device.CardTracks(), DevicePath(settings.cardTracks)});
 }
 
+// The entries change here alone, so they are read without the lock that keeps the readers away from a change.
 bool TrackIndex::Refresh() {
-    const std::lock_guard lock(m_mutex);
+    const std::lock_guard alone(m_refreshing);
     Entries now;
     for (const Folder& folder : m_folders) LookInto(folder, m_entries, now);
     const bool isSame = std::equal(now.begin(), now.end(), m_entries.begin(), m_entries.end(),
@@ -35,7 +36,8 @@ bool TrackIndex::Refresh() {
                                        return a.first == b.first && a.second.state == b.second.state &&
                                               a.second.devicePath == b.second.devicePath;
                                    });
-    m_entries = std::move(now);
+    const std::lock_guard lock(m_mutex);
+    m_entries.swap(now);
     return !isSame;
 }
 
@@ -85,18 +87,19 @@ Json TrackIndex::List() const {
     return list;
 }
 
-std::optional<DrawnTrack> TrackIndex::Read(const std::string& id) const {
+std::optional<std::string> TrackIndex::PathOf(const std::string& id) const {
     const std::lock_guard lock(m_mutex);
     const auto known = m_entries.find(id);
-    if (known == m_entries.end() || known->second.header.is_null()) return std::nullopt;
-    CTrackProxy track(known->second.devicePath.c_str());
-    if (!track.Load(nullptr)) return std::nullopt;
-    return ReadDrawnTrack(track);
+    const bool isTrack = known != m_entries.end() && !known->second.header.is_null();
+    return isTrack ? std::optional(known->second.devicePath) : std::nullopt;
 }
 
-std::uint64_t TrackIndex::HeadersRead() const {
-    const std::lock_guard lock(m_mutex);
-    return m_headersRead;
+std::optional<DrawnTrack> TrackIndex::Read(const std::string& id) const {
+    const auto path = PathOf(id);
+    if (!path) return std::nullopt;
+    CTrackProxy track(path->c_str());
+    if (!track.Load(nullptr)) return std::nullopt;
+    return ReadDrawnTrack(track);
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 // headers say. It stays away from the library's own list, which belongs to the thread that records.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -16,8 +17,8 @@
 
 namespace host {
 
-// Any thread: one at a time reads. A header is read once for each state of its file, told by size and write
-// time.
+// Any thread. Files are read side by side, each through a handle that no other thread has; only looks at the
+// folders wait for each other. A header is read once for each state of its file, told by size and write time.
 class TrackIndex {
  public:
     explicit TrackIndex(const HostSettings& settings);
@@ -33,7 +34,7 @@ class TrackIndex {
     // Figures and points of one track of the list; nothing for any other name.
     std::optional<DrawnTrack> Read(const std::string& id) const;
 
-    std::uint64_t HeadersRead() const;  // since it was made
+    std::uint64_t HeadersRead() const { return m_headersRead; }  // since it was made
 
  private:
     struct FileState {
@@ -55,11 +56,13 @@ class TrackIndex {
 
     void LookInto(const Folder& folder, const Entries& before, Entries& now);
     Entry ReadHeader(const std::string& id, const Folder& folder, const FileState& state);
+    std::optional<std::string> PathOf(const std::string& id) const;
 
-    mutable std::mutex m_mutex;
     std::vector<Folder> m_folders;
+    std::mutex m_refreshing;     // held for a whole look at the folders, and taken first
+    mutable std::mutex m_mutex;  // of the entries, for a moment
     Entries m_entries;
-    std::uint64_t m_headersRead = 0;
+    std::atomic<std::uint64_t> m_headersRead = 0;
 };
 
 }  // namespace host

@@ -1,5 +1,6 @@
 // The saved tracks as the page's server sees them.
-#include <fstream>
+#include <atomic>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -90,6 +91,31 @@ TEST_F(TrackIndexTest, Read_KnowsOnlyTheTracksOfTheList) {
     for (const char* id :
          {"", "one", "ONE.gpx", "../../secret.gpx", "..\\..\\secret.gpx", "/etc/passwd", "./one.gpx"})
         EXPECT_FALSE(index.Read(id)) << id;
+}
+
+// Requests of several browsers, while the folder changes.
+TEST_F(TrackIndexTest, Threads_ReadSideBySide) {
+    Store("one", Way(47, 8, 10));
+    Store("two", Way(47, 8, 20));
+    TrackIndex index(m_settings);
+    index.Refresh();
+    std::atomic<int> whole = 0;
+    const auto readAll = [&] {
+        for (int i = 0; i < 10; ++i) {
+            const auto one = index.Read("one.gpx"), two = index.Read("two.gpx");
+            const bool isWhole = one && two && one->drawn.points.size() == 10 && two->drawn.points.size() == 20;
+            whole += isWhole && index.List().size() >= 2 ? 1 : 0;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 3; ++i) threads.emplace_back(readAll);
+    for (int i = 0; i < 10; ++i) {
+        std::filesystem::copy(File("one.gpx"), File("copy " + std::to_string(i) + ".gpx"));
+        index.Refresh();
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(whole, 30);
+    EXPECT_EQ(index.List().size(), 12u);
 }
 
 TEST_F(TrackIndexTest, NoFolder_IsAnEmptyList) {
