@@ -23,25 +23,35 @@ void Tell(const std::string& message) { std::cerr << message + '\n'; }
 
 int Fail(const std::string& message) { return host::Fail("record", message); }
 
-// The recording that is there becomes a track, and only then gives way.
-int BeginNew(const RecordArguments& arguments, LiveRecording& recording) {
-    const std::uint64_t points = recording.PointsBefore();
-    if (points == 0) return kDone;
-    if (!arguments.noSave) {
+// A log can be read once more. A receiver is recorded whatever happens: behind what is there.
+int NotSaved(const std::string& problem, const FixSource& source) {
+    if (!source.IsLive())
+        return Fail("no new recording is begun, since the one that is there cannot be saved: " + problem);
+    Tell("the recording that is there cannot be saved, so it is continued: " + problem);
+    return kDone;
+}
+
+// The recording that is there becomes a track, unless it is one, and only then gives way.
+int BeginNew(const RecordArguments& arguments, const FixSource& source, LiveRecording& recording) {
+    const std::string old =
+        "the recording that was there, " + Counted(recording.PointsBefore(), "point", "points");
+    if (recording.IsSaved()) {
+        Tell(old + ", is saved already");
+    } else if (!arguments.noSave) {
         const auto saved = recording.Save("");
-        if (const auto* problem = std::get_if<std::string>(&saved))
-            return Fail("no new recording is begun, since the one that is there cannot be saved: " + *problem);
-        Tell("the recording that was there, " + Counted(points, "point", "points") + ", is saved as " +
-             std::get<SavedTrack>(saved).file.string());
+        if (const auto* problem = std::get_if<std::string>(&saved)) return NotSaved(*problem, source);
+        Tell(old + ", is saved as " + std::get<SavedTrack>(saved).file.string());
     }
     const auto problem = recording.Clear();
     return problem ? Fail(*problem) : kDone;
 }
 
-int Begin(const RecordArguments& arguments, LiveRecording& recording) {
-    if (arguments.startNew) return BeginNew(arguments, recording);
-    if (recording.PointsBefore() != 0)
-        Tell("continuing a recording of " + Counted(recording.PointsBefore(), "point", "points"));
+// What is saved is finished; what is not was cut off by a power cut, or its save failed.
+int Begin(const RecordArguments& arguments, const FixSource& source, LiveRecording& recording) {
+    if (recording.PointsBefore() == 0) return kDone;
+    if (arguments.startNew || (!arguments.goOn && recording.IsSaved()))
+        return BeginNew(arguments, source, recording);
+    Tell("continuing a recording of " + Counted(recording.PointsBefore(), "point", "points"));
     return kDone;
 }
 
@@ -112,7 +122,7 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
     auto stop = std::make_unique<StopSignals>();
     LiveRecording recording(device, settings, !arguments.noSave, say);
     if (const auto problem = recording.Open(*stop)) return stop->Requested() ? kDone : Fail(*problem);
-    if (const int result = Begin(arguments, recording); result != kDone) return result;
+    if (const int result = Begin(arguments, source, recording); result != kDone) return result;
     const auto served = OpenPage(arguments, settings);
     if (const auto* problem = std::get_if<std::string>(&served)) return Fail(*problem);
     const Page& page = std::get<Page>(served);
@@ -134,9 +144,11 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
 }
 
 constexpr const char* kFooter =
-    "A recording that is in the device folder already is continued. At the end, on Ctrl-C and on SIGTERM the "
-    "whole\n"
-    "recording is saved as a track. Without a usable fix nothing is saved, and the exit code is 1.\n"
+    "At the end, on Ctrl-C and on SIGTERM the whole recording is saved as a track, and the next run begins "
+    "another.\n"
+    "A recording that is not saved, after a power cut or a failed save, is continued, unless --new: then it is "
+    "saved\n"
+    "first, as a track of its own. Without a usable fix nothing is saved, and the exit code is 1.\n"
     "A receiver or daemon that is not there is waited for, and so is one that goes away.\n"
     "Points go to storage 60 at a time (30 by distance, a minute's worth by time); those of a receiver wait 10 "
     "s\n"

@@ -47,8 +47,9 @@ class LiveRecording {
 
     // Saves the whole recording as a track of this name (code page), or of the time when it is empty; with a
     // number behind it when the name is taken. The file has been read back. Otherwise says why not, and no file
-    // is left.
+    // is left. Not while it is started.
     std::variant<SavedTrack, Problem> Save(const std::string& name);
+    bool IsSaved() const;  // all of it, and nothing was added since
     // Removes all points, in memory and on disk. Otherwise says why not. Not while it is started.
     std::optional<Problem> Clear();
 

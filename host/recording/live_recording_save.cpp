@@ -5,6 +5,7 @@
 #include "host/recording/live_recording.h"
 #include "host/recording/recording_files.h"
 #include "host/settings/device_path.h"
+#include "host/recording/saved_mark.h"
 #include "host/text/text.h"
 #include "host/tracks/free_name.h"
 
@@ -49,6 +50,8 @@ std::variant<SavedTrack, LiveRecording::Problem> LiveRecording::Save(const std::
     const auto bad = WhyBad(saved, track.GetPtCount());
     if (!bad) {
         m_knownFiles.insert(file);
+        if (const auto problem = MarkAsSaved(m_device))
+            m_say("the next run continues this recording: " + *problem);
         return *saved;
     }
     m_manager.DelTrack(place);
@@ -62,7 +65,10 @@ LiveRecording::Problem LiveRecording::WhyNotSaved() const {
     return "the folder " + folder.string() + " does not take it: " + WhyNothingIsWritten(folder);
 }
 
+bool LiveRecording::IsSaved() const { return IsMarkedAsSaved(m_device); }
+
 std::optional<LiveRecording::Problem> LiveRecording::Clear() {
+    if (const auto problem = RemoveSavedMark(m_device)) return problem;
     m_manager.GetLogTrack()->ClearAllSliceTrace();
     const bool isWritten = m_manager.GetLogTrack()->SaveSliceData();
     m_pointsBefore = Points();

@@ -101,8 +101,12 @@ void AddSaving(CLI::App& command, RecordArguments& arguments) {
     command.add_option("--save-as", arguments.saveAs, "Name of the track that is saved")
         ->type_name("NAME")
         ->excludes(noSave);
-    command.add_flag("--new", arguments.startNew,
-                     "Begin a new recording; the one that is there is saved first, unless --no-save");
+    auto* startNew = command.add_flag(
+        "--new", arguments.startNew,
+        "Begin a new recording; what is not saved of the one there is saved first, unless --no-save");
+    command
+        .add_flag("--continue", arguments.goOn, "Go on with the recording that is there, though it is saved")
+        ->excludes(startNew);
     command.add_option("--write-after", arguments.writeAfter, "Seconds that a point may wait to be written")
         ->check(CLI::Range(1, 3600).description(""))
         ->capture_default_str();

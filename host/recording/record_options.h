@@ -22,7 +22,7 @@ struct RecordArguments {
     int writeAfter = 10;  // [s] that a point of a live source may wait to be written
 
     bool noSave = false;
-    bool startNew = false;
+    bool startNew = false, goOn = false;
     std::string saveAs;  // UTF-8; empty: the time
 
     std::string serve;  // as given; see ServePort

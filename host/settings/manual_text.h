@@ -8,7 +8,7 @@ inline constexpr const char* kManualDescription = R"(.SH DESCRIPTION
 records the route of a GPS receiver fix by fix, keeps a library of recorded tracks, and exchanges them with other
 programs as GPX.
 A power cut or a kill costs no more than the points of the batch that was waiting; the recording is continued where it
-stood.
+stood, until it has been saved as a track.
 .PP
 Everything lies in one folder, the device folder: the recording that is under way and the saved tracks.
 Saved tracks are plain GPX files.
@@ -58,6 +58,9 @@ The recording: a ring of up to 10000 points.
 .TP
 .I App/LogHd.dat
 Its name and color.
+.TP
+.I App/Log.dat.saved
+Says that all of the recording is in a saved track.
 .TP
 .I App/Log.dat.redo
 The note of the batch in hand, for the case that the power goes while it is written.

@@ -105,11 +105,11 @@ TEST_F(RecordCommand, ModeAuto_TakesWhicheverComesFirst) {
     for (std::size_t i = 1; i < points.size(); ++i) EXPECT_EQ(points[i].lTime - points[i - 1].lTime, 30);
 }
 
-TEST_F(RecordCommand, SecondRun_ContinuesTheRecording) {
+TEST_F(RecordCommand, Continue_AddsToASavedRecording) {
     const std::string log = Drive(200);
     ASSERT_EQ(Record({Log(log.substr(0, log.size() / 2))}).exitCode, 0);
     const std::size_t before = Ring().points.size();
-    const ProcessResult run = Record({Log(log.substr(log.size() / 2))});
+    const ProcessResult run = Record({Log(log.substr(log.size() / 2)), "--continue"});
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.err, "continuing a recording of " + std::to_string(before) + " points\n");
     EXPECT_EQ(Ring().points.size(), 198u);  // 99 of each run

@@ -13,6 +13,14 @@ namespace {
 
 class RecordSave : public Recorder {
  protected:
+    // Corners everywhere, so that thinning keeps all points and the saved file is larger than the recording.
+    static std::string Zigzag(int count) {
+        std::string log;
+        for (int i = 0; i < count; ++i)
+            log += NmeaLine("GPRMC,0854" + Digits(10 + i, 2) + ",A,5222." + Digits(1000 + 137 * i, 4) +
+                            ",N,00454." + (i % 2 == 0 ? "1000" : "9000") + ",E,9.0,251.3,020414,,,A");
+        return log;
+    }
     std::vector<std::string> SavedNames() const {
         std::vector<std::string> names;
         for (const fs::path& file : SavedTracks()) names.push_back(file.stem().string());
@@ -86,6 +94,84 @@ TEST_F(RecordSave, NewThatCannotSave_LeavesTheOldRecording) {
     EXPECT_EQ(run.exitCode, 1);
     EXPECT_NE(run.err.find("no new recording is begun"), std::string::npos) << run.err;
     EXPECT_EQ(ReadFile(PointFile()), before);
+}
+
+TEST_F(RecordSave, NewAfterASave_SavesNothingTwice) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    const ProcessResult run = Record({Log(Drive(30)), "--new", "--save-as", "second"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.err.find("49 points, is saved already"), std::string::npos) << run.err;
+    EXPECT_EQ(Ring().points.size(), 29u);
+    EXPECT_EQ(SavedNames(), (Names{"first", "second"}));
+}
+
+// A log can be read once more; what a receiver tells cannot, whatever the storage does.
+TEST_F(RecordSave, NewThatCannotSaveFromAReceiver_RecordsOn) {
+    ASSERT_EQ(Record({Log(Zigzag(40)), "--no-save"}).exitCode, 0);
+    ProcessOptions options;
+    options.fileSizeLimit = 3000;  // 62 points, and less than the track needs
+    Process recorder(Command({"-", "--new"}), options);
+    recorder.Write(Drive(20));
+    const ProcessResult run = recorder.Wait();
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("it is continued"), std::string::npos) << run.err;
+    EXPECT_EQ(Ring().points.size(), 39u + 19u);
+}
+
+TEST_F(RecordSave, RunAfterASave_BeginsAnotherTrack) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    const ProcessResult run = Record({Log(Drive(30)), "--save-as", "second"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_NE(run.err.find("49 points, is saved already"), std::string::npos) << run.err;
+    EXPECT_EQ(Ring().points.size(), 29u);
+    EXPECT_EQ(GpxPointsOf(SavedTracks()[1]).back().time, "2014-04-03T00:00:28Z");
+}
+
+TEST_F(RecordSave, RunAfterTheSaveCommand_BeginsAnotherTrack) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    ASSERT_EQ(Save({}).exitCode, 0);
+    ASSERT_EQ(Record({Log(Drive(30)), "--no-save"}).exitCode, 0);
+    EXPECT_EQ(Ring().points.size(), 29u);
+}
+
+TEST_F(RecordSave, RunWithoutAPoint_LeavesASavedRecordingSaved) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    EXPECT_EQ(Record({Log(""), "--continue"}).exitCode, 1);
+    ASSERT_EQ(Record({Log(Drive(30)), "--new", "--save-as", "second"}).exitCode, 0);
+    EXPECT_EQ(SavedNames(), (Names{"first", "second"}));
+}
+
+TEST_F(RecordSave, SaveThatFailed_IsMadeUpByTheNextRun) {
+    ProcessOptions options;
+    options.fileSizeLimit = 3000;
+    ASSERT_EQ(Record({Log(Zigzag(40))}, options).exitCode, 1);
+    ASSERT_TRUE(SavedTracks().empty());
+    const ProcessResult run = Record({Log(Drive(30))});
+    EXPECT_EQ(run.err, "continuing a recording of 39 points\n");
+    EXPECT_EQ(Ring().points.size(), 39u + 29u);
+}
+
+// Points that were added behind the save, and by a run that never came to its end.
+TEST_F(RecordSave, PointsBehindASave_AreSavedToo) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    ASSERT_EQ(Record({Log(Drive(90).substr(Drive(50).size())), "--continue", "--no-save"}).exitCode, 0);
+    ASSERT_EQ(Record({Log(Drive(30)), "--new", "--save-as", "third"}).exitCode, 0);
+    ASSERT_EQ(SavedTracks().size(), 3u);
+    EXPECT_EQ(GpxPointsOf(SavedTracks()[0]).front().time, "2014-04-03T00:00:00Z");
+    EXPECT_EQ(GpxPointsOf(SavedTracks()[0]).back().time, "2014-04-03T00:01:28Z");
+}
+
+// What was saved of one recording says nothing of another, though every byte of them is the same.
+TEST_F(RecordSave, SameDriveOnceMore_IsNotTakenForSaved) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const ProcessResult run = Record({Log(Drive(30)), "--no-save"});
+    EXPECT_EQ(run.err, "continuing a recording of 49 points\n");
+}
+
+TEST_F(RecordSave, NewAndContinue_ExcludeEachOther) {
+    EXPECT_EQ(Record({Log(Drive(50)), "--new", "--continue"}).exitCode, 2);
+    EXPECT_FALSE(fs::exists(m_device));
 }
 
 TEST_F(RecordSave, SaveCommand_SavesWhatIsThere) {

@@ -25,7 +25,7 @@ TEST_F(RecordUsage, ClosedStandardStreams_AreTakenByNoFile) {
     const std::string log = Log(Fix(1) + Fix(2) + Fix(3));
     ASSERT_EQ(Record({log}).exitCode, 0);
     std::vector<std::string> command = {"sh", "-c", "exec \"$@\" <&- >&- 2>&-", "sh"};
-    const std::vector<std::string> record = Command({log});
+    const std::vector<std::string> record = Command({log, "--continue"});
     command.insert(command.end(), record.begin(), record.end());
     RunProcess(command);
     EXPECT_EQ(ReadFile(m_device / "App" / "LogHd.dat").size(), 96u);
