@@ -24,6 +24,8 @@ struct Recorded {
     std::uint64_t waiting = 0;  // chosen and not yet written
     steady_clock::time_point waitingSince;
     std::optional<TckPt> last;
+    std::optional<TckPt> first, newest;  // of all fixes, whether they became points or not
+    std::optional<TckPt> newestPoint;
     double distance = 0;  // [m]
 };
 Recorded s_recorded;
@@ -34,22 +36,36 @@ bool HasRoom(bool) { return s_pDevice->HasRoom(); }
 
 void OnLoaded() { s_loaded.release(); }
 
-double Step(const TckPt& from, const TckPt& to) {
+std::int64_t Seconds(const TckPt& from, const TckPt& to) { return to.lTime - std::int64_t{from.lTime}; }
+
+double Metres(const TckPt& from, const TckPt& to) {
     double distance = 0, bearing = 0;
-    if (to.lTime - std::int64_t{from.lTime} >= CTrackEx::s_iDiffTime) return 0;  // a new slice
     CalDistance(from.dLatitude, from.dLongitude, to.dLatitude, to.dLongitude, 0, &distance, &bearing);
     return distance;
+}
+
+// A longer gap begins a new slice.
+double Step(const TckPt& from, const TckPt& to) {
+    return Seconds(from, to) >= CTrackEx::s_iDiffTime ? 0 : Metres(from, to);
 }
 
 // By time the library reports every fix, also those that become no point.
 bool IsPoint(const TckPt& fix) {
     const auto& last = s_recorded.last;
-    return s_recorded.interval == 0 || !last || fix.lTime - std::int64_t{last->lTime} >= s_recorded.interval;
+    return s_recorded.interval == 0 || !last || Seconds(*last, fix) >= s_recorded.interval;
+}
+
+// By distance and by auto a run of fixes is reported with the one that ends it and begins the next; its point
+// is the one that began it.
+std::optional<TckPt> PointChosenAt(const TckPt& reported) {
+    if (s_recorded.interval != 0) return reported;
+    return s_recorded.last ? s_recorded.last : s_recorded.first;
 }
 
 void OnPoint(const TckPt& point) {
     if (!IsPoint(point)) return;
     if (s_recorded.waiting++ == 0) s_recorded.waitingSince = steady_clock::now();
+    s_recorded.newestPoint = PointChosenAt(point);
     if (s_recorded.last) s_recorded.distance += Step(*s_recorded.last, point);
     s_recorded.last = point;
     if (s_recorded.observer) s_recorded.observer(point);
@@ -121,6 +137,8 @@ void LiveRecording::Start(Observer observer) {
 void LiveRecording::Offer(const TckPt& fix) {
     const bool mayOverwrite = WouldOverwrite(s_recorded.waiting + 1);
     const auto expected = mayOverwrite ? PrepareAutomaticSave() : std::nullopt;
+    if (!s_recorded.first && fix.lTime != 0) s_recorded.first = fix;
+    s_recorded.newest = fix;
     m_manager.SaveToTempTrack(fix);
     const std::uint64_t batch = s_recorded.waiting;
     AfterWriting();
@@ -157,6 +175,15 @@ std::uint64_t LiveRecording::Points() const { return m_manager.GetLogTrack()->Ge
 int LiveRecording::Slices() const { return m_manager.GetLogTrack()->GetSliceNum(); }
 double LiveRecording::Fill() const { return m_manager.GetSpaceRate(); }
 double LiveRecording::Distance() const { return s_recorded.distance; }
+
+// A fix that goes back in time is none that points could follow.
+std::optional<LiveRecording::Gap> LiveRecording::Behind() const {
+    if (!s_recorded.newestPoint || !s_recorded.newest) return std::nullopt;
+    const TckPt &point = *s_recorded.newestPoint, &fix = *s_recorded.newest;
+    if (Seconds(point, fix) <= 0) return std::nullopt;
+    return Gap{Seconds(point, fix), Metres(point, fix)};
+}
+
 bool LiveRecording::WasFull() const { return !m_overwrite && Points() >= kCapacity; }
 
 // Where the next point goes, counted on while the ring turns: it grows by each point written, from the capacity

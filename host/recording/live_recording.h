@@ -26,6 +26,10 @@ class LiveRecording {
  public:
     using Observer = std::function<void(const TckPt&)>;
     using Problem = std::string;
+    struct Gap {
+        std::int64_t seconds = 0;
+        double metres = 0;
+    };
 
     // `save`: unsaved points are saved as a track before they are overwritten. `say` hears what goes wrong
     // while it records; Troubles() counts it.
@@ -66,7 +70,10 @@ class LiveRecording {
     int Slices() const;
     double Fill() const;      // of the recording's capacity, 0 to 1
     double Distance() const;  // [m] along the points recorded since the start
-    bool WasFull() const;     // it took no more points, since it must not overwrite
+    // What lies between the last point of this run and its newest fix, which by the rule of the mode is none.
+    // Nothing when the fix is that point, and as long as there is no point.
+    std::optional<Gap> Behind() const;
+    bool WasFull() const;  // it took no more points, since it must not overwrite
 
  private:
     static constexpr std::uint64_t kCapacity = 10000;  // points that the library's recording holds

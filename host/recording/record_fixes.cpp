@@ -80,6 +80,7 @@ class Session {
                 m_recording.Distance(),
                 m_fixes,
                 m_recording.PointsAdded() + m_recording.PointsWaiting(),
+                m_recording.Behind().value_or(LiveRecording::Gap{}).seconds,
                 m_recording.Slices(),
                 m_recording.Fill(),
                 m_source.Share()};

@@ -30,14 +30,19 @@ std::string TimeOfDay(long time) {
     return time == 0 ? "--:--:-- UTC" : text.substr(text.find(' ') + 1);
 }
 
+std::string BehindText(const Status& status) {
+    constexpr std::int64_t kWorthTelling = 10;  // [s]
+    return status.behind < kWorthTelling ? "" : ", " + std::to_string(status.behind) + " s behind";
+}
+
 }  // namespace
 
 std::string LiveText(const Status& status) {
     return TimeOfDay(status.time) + (status.hasFix ? "  fix  " : "  no fix  ") +
            Decimals(status.hasFix ? status.speed * kKilometresPerHour : 0.0, 0) + " km/h  " +
-           DistanceText(status.distance) + "  " + Counted(status.points, "point", "points") + "  " +
-           Counted(static_cast<std::uint64_t>(status.slices), "slice", "slices") + "  ring " +
-           Decimals(100 * status.fill, 1) + " %";
+           DistanceText(status.distance) + "  " + Counted(status.points, "point", "points") +
+           BehindText(status) + "  " + Counted(static_cast<std::uint64_t>(status.slices), "slice", "slices") +
+           "  ring " + Decimals(100 * status.fill, 1) + " %";
 }
 
 std::string FileText(const Status& status, double elapsed) {

@@ -14,12 +14,14 @@ struct Status {
     double distance = 0;  // [m] recorded by this run
     std::uint64_t fixes = 0;
     std::uint64_t points = 0;  // of this run, the waiting ones included
+    std::int64_t behind = 0;   // [s] from the last point to the newest fix
     int slices = 0;
     double fill = 0;              // of the ring, 0 to 1
     std::optional<double> share;  // of a file, 0 to 1
 };
 
-// "08:15:07 UTC  fix  43 km/h  1.24 km  98 points  1 slice  ring 1.0 %"
+// "08:15:07 UTC  fix  43 km/h  1.24 km  98 points  1 slice  ring 1.0 %"; "98 points, 12 s behind" when there
+// was none for a while.
 std::string LiveText(const Status& status);
 
 // "[########............]  41 %  125000 fixes/s  0:07 left  51234 points"; `elapsed` [s] since the beginning.

@@ -53,6 +53,9 @@ void PrintRecording(const LiveRecording& recording, const RecordSettings& settin
     PrintLine("  in all", Counted(recording.Points(), "point", "points") + " in " +
                               Counted(static_cast<std::uint64_t>(recording.Slices()), "slice", "slices"));
     PrintLine("  ring", Decimals(100 * recording.Fill(), 1) + " % full");
+    if (const auto behind = recording.Behind())
+        PrintLine("  behind", "the newest fix by " + std::to_string(behind->seconds) + " s, " +
+                                  DistanceText(behind->metres));
 }
 
 void PrintSavedTrack(const SavedTrack& track) {

@@ -100,6 +100,39 @@ TEST_F(LiveRecordingTest, Distance_IsAlongThePoints) {
     EXPECT_NEAR(m_recording->Distance(), length, 1e-6);
 }
 
+TEST_F(LiveRecordingTest, Behind_IsFromTheLastPointToTheNewestFix) {
+    m_recording->Start();
+    EXPECT_EQ(m_recording->Behind(), std::nullopt);
+    const std::vector<TckPt> fixes = FixesIn(Drive(20));
+    m_recording->Offer(fixes[0]);
+    EXPECT_EQ(m_recording->Behind(), std::nullopt);  // there is no point yet
+    m_recording->Offer(fixes[5]);
+    ASSERT_NE(m_recording->Behind(), std::nullopt);
+    EXPECT_EQ(m_recording->Behind()->seconds, 5);
+    double metres = 0, bearing = 0;
+    CalDistance(fixes[0].dLatitude, fixes[0].dLongitude, fixes[5].dLatitude, fixes[5].dLongitude, 0, &metres,
+                &bearing);
+    EXPECT_NEAR(m_recording->Behind()->metres, metres, 1e-9);
+}
+
+// The point is the one that is on disk at the end.
+TEST_F(LiveRecordingTest, Behind_IsFromTheLastPointOfTheFile) {
+    for (const EnumRecTrack mode : {RecTrackByTime, RecTrackByDist, RecTrackAuto}) {
+        m_recording.reset();
+        m_settings.record = {mode, 30, 8, true};
+        m_recording.emplace(*m_device, m_settings, true, [](const std::string&) {});
+        ASSERT_EQ(m_recording->Open(m_stop), std::nullopt);
+        ASSERT_EQ(m_recording->Clear(), std::nullopt);
+        m_recording->Start();
+        Offer(100);
+        m_recording->Stop();
+        const RingFile ring = ReadRingFile(m_folder.Path() / "App" / "Log.dat");
+        ASSERT_FALSE(ring.points.empty());
+        ASSERT_NE(m_recording->Behind(), std::nullopt);
+        EXPECT_EQ(m_recording->Behind()->seconds, FixesIn(Drive(100)).back().lTime - ring.points.back().lTime);
+    }
+}
+
 TEST_F(LiveRecordingTest, Clear_LeavesNothing) {
     m_recording->Start();
     Offer(62);

@@ -1,5 +1,7 @@
 // What `qtrace record` records, saves and tells. Wrong usage and bad places: record_usage_test.cpp.
 // Being stopped and killed: record_stop_test.cpp. Real logs: record_real_log_test.cpp.
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "tests/host/recorder.h"
@@ -34,6 +36,22 @@ TEST_F(RecordCommand, SampleDrive_IsSummedUp) {
     EXPECT_EQ(SummaryLine(run.out, "  ring"), "27.5 % full");  // 2751 of 10000
     EXPECT_EQ(SummaryLine(run.out, "  start"), "2024-05-12 08:15:06 UTC");
     EXPECT_EQ(SummaryLine(run.out, "  end"), "2024-05-12 09:43:51 UTC");
+}
+
+// By time every fix or every eighth is a point. By auto a run that is not complete at the end has no point: the
+// one of 20 s that began with the fix 40.
+TEST_F(RecordCommand, FixesBehindTheLastPoint_AreToldAtTheEnd) {
+    const ProcessResult all = Record({Log(Drive(50)), "--mode", "time", "--time", "1"});
+    EXPECT_EQ(SummaryLine(all.out, "  behind"), "") << all.out;
+    const ProcessResult each = Record({Log(Drive(50)), "--mode", "time", "--time", "8"});
+    const std::vector<TckPt> fixes = FixesIn(Drive(50));
+    double metres = 0, bearing = 0;  // points are the fixes 0, 8, .. 48
+    CalDistance(fixes[48].dLatitude, fixes[48].dLongitude, fixes[49].dLatitude, fixes[49].dLongitude, 0,
+                &metres, &bearing);
+    EXPECT_EQ(SummaryLine(each.out, "  behind"),
+              "the newest fix by 1 s, " + std::to_string(std::lround(metres)) + " m");
+    const ProcessResult far = Record({Log(Drive(50)), "--distance", "100000", "--time", "20"});
+    EXPECT_EQ(SummaryLine(far.out, "  behind").rfind("the newest fix by 29 s, ", 0), 0u) << far.out;
 }
 
 TEST_F(RecordCommand, SampleDrive_IsSavedAsOneTrack) {

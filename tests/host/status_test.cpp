@@ -18,6 +18,16 @@ TEST(Status, LiveFix_ShowsWhatTheDriveIsLike) {
     EXPECT_EQ(LiveText(status), "08:15:07 UTC  fix  45 km/h  1.24 km  98 points  1 slice  ring 1.0 %");
 }
 
+// Every second or so would only be restless.
+TEST(Status, LastPointLongAgo_IsTold) {
+    Status status;
+    status.behind = 9;
+    EXPECT_EQ(LiveText(status).find("behind"), std::string::npos);
+    status.behind = 10;
+    EXPECT_NE(LiveText(status).find("  0 points, 10 s behind  0 slices"), std::string::npos)
+        << LiveText(status);
+}
+
 TEST(Status, NoFix_ShowsNoSpeed) {
     Status status;
     status.speed = 12.5;
