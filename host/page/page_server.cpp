@@ -11,8 +11,7 @@
 #include <semaphore>
 #include <string_view>
 
-#include <httplib.h>
-
+#include "host/page/closable_server.h"
 #include "host/page/event_stream.h"
 #include "host/text/json.h"
 
@@ -25,7 +24,8 @@ constexpr auto kLookAtFolders = milliseconds(1000);
 constexpr auto kSignOfLife = milliseconds(2000);    // a listener that went away is noticed by then
 constexpr auto kBetweenEvents = milliseconds(150);  // points that come faster travel together
 
-// Holds back the next connection while all threads are busy; the system lets a few wait.
+// Holds back the next connection while all threads are busy; the system lets a few wait. When the server is
+// closed, the threads come free, and so nothing is held back for long.
 class Connections : public httplib::TaskQueue {
  public:
     void enqueue(std::function<void()> connection) override {
@@ -105,7 +105,7 @@ httplib::Headers SafeHeaders() {
 }  // namespace
 
 struct PageServer::Http {
-    httplib::Server server;
+    ClosableServer server;
     std::shared_ptr<const std::string> page;
     std::string policy;
     std::string color;
@@ -126,8 +126,7 @@ PageServer::PageServer(TrackIndex& index, LiveFeed& feed, const PageOptions& opt
     server.new_task_queue = [] { return new Connections; };
     server.set_socket_options(ReuseAddressOnly);
     server.set_default_headers(SafeHeaders());
-    server.set_keep_alive_max_count(1);  // one request a connection: an idle one would hold a thread
-    server.set_keep_alive_timeout(1);
+    server.set_keep_alive_timeout(1);  // an idle connection holds a thread
     server.set_read_timeout(2);
     server.set_write_timeout(5);
     server.set_payload_max_length(0);
@@ -140,7 +139,7 @@ PageServer::PageServer(TrackIndex& index, LiveFeed& feed, const PageOptions& opt
 PageServer::~PageServer() {
     m_feed.Close();
     if (m_watching.joinable()) m_watching.join();
-    m_http->server.stop();
+    m_http->server.Close();
     if (m_listening.joinable()) m_listening.join();
 }
 

@@ -4,6 +4,7 @@
 //   GET /api/tracks                {"tracks": [...]}              host/page/track_index.h
 //   GET /api/tracks/<file>/points  {"statistics": ..., "points": ...}
 //   GET /events                    what is new, as it comes       host/page/event_stream.h
+// Its connections: host/page/closable_server.h.
 #pragma once
 
 #include <memory>
@@ -28,7 +29,7 @@ class PageServer {
 
     // `index` and `feed` must outlive it. `color`: of the recording, "#rrggbb".
     PageServer(TrackIndex& index, LiveFeed& feed, const PageOptions& options, const std::string& color);
-    ~PageServer();  // closes the feed, and so ends every open event stream
+    ~PageServer();  // closes the feed and every connection, whatever its client does
     PageServer(const PageServer&) = delete;
     PageServer& operator=(const PageServer&) = delete;
 

@@ -1,6 +1,9 @@
 // `qtrace serve`: what its server answers, and what it refuses.
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <memory>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -160,6 +163,30 @@ TEST_F(ServeCommand, Stop_EndsOpenStreamsAndTheProgram) {
         EXPECT_EQ(run.exitCode, 0) << run.err;
         EXPECT_EQ(run.signal, 0);
     }
+}
+
+// More of them than there are threads, so that one is held back; each sends a byte often enough to be waited
+// for.
+TEST_F(ServeCommand, Stop_DoesNotWaitForSlowClients) {
+    Start();
+    ASSERT_EQ(Ask(m_port, "/").status, 200);  // with its first request the server's library makes its tables
+    std::vector<std::unique_ptr<OpenConnection>> slow;
+    for (int i = 0; i < PageServer::kMostConnections + 2; ++i)
+        slow.push_back(std::make_unique<OpenConnection>(m_port, "GET / HTTP/1.1\r\nSlow: "));
+    std::atomic<bool> isOver = false;
+    std::thread sender([&] {
+        while (!isOver) {
+            for (const auto& client : slow) client->Send("x");
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        }
+    });
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    m_server->Send(SIGTERM);
+    const ProcessResult run = m_server->Wait(std::chrono::seconds(20));
+    isOver = true;
+    sender.join();
+    EXPECT_EQ(run.signal, 0);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
 }
 
 TEST_F(ServeCommand, PortThatIsTaken_FailsWithTheReason) {

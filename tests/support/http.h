@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 // What came back on one connection, until the server closed it, `until` was satisfied or the time was up.
 std::string RawHttp(int port, const std::string& request,
@@ -26,6 +27,7 @@ class OpenConnection {
     ~OpenConnection();
     OpenConnection(const OpenConnection&) = delete;
     OpenConnection& operator=(const OpenConnection&) = delete;
+    void Send(std::string_view bytes);  // as many as are taken
     // Reads on until `until` holds for all that came so far.
     std::string ReadUntil(const std::function<bool(const std::string&)>& until, int seconds = 20);
 

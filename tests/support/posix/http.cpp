@@ -41,10 +41,14 @@ std::string WithoutChunks(const std::string& body) {
 }  // namespace
 
 OpenConnection::OpenConnection(int port, const std::string& request) : m_socket(Connect(port)) {
-    for (std::size_t at = 0; at < request.size();) {
-        const ssize_t sent = send(m_socket, request.data() + at, request.size() - at, MSG_NOSIGNAL);
+    Send(request);
+}
+
+void OpenConnection::Send(std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t sent = send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         if (sent <= 0) break;  // refused before all was said
-        at += static_cast<std::size_t>(sent);
+        bytes.remove_prefix(static_cast<std::size_t>(sent));
     }
 }
 
