@@ -93,16 +93,62 @@ std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const
     auto page = std::make_unique<RecordingPage>(settings);
     if (const auto problem = page->Start(*port)) return *problem;
     Tell("the recording is shown at " + page->Url());
-    page->ShowRecording();
     return page;
 }
 
+// What a run has besides the recording, and longer.
+struct Run {
+    const RecordArguments& arguments;
+    const HostSettings& settings;
+    const std::string& name;  // of the track, in the code page
+    FixSource& source;
+    StatusLine& line;
+    StopSignals& stop;
+    Page page;               // when one is asked for
+    bool pageStays = false;  // behind the recording
+};
+
+int SumUp(const DeviceFolder& device, LiveRecording& recording, const RecordedInput& read, Run& run) {
+    PrintInput(run.source, read.gate);
+    PrintRecording(recording, run.settings.record);
+    const bool isBroken = read.end == FixSource::Got::Error;
+    if (isBroken) Fail(run.source.Name() + " cannot be read on: " + run.source.Problem());
+    if (recording.PointsAdded() == 0) return NothingRecorded(run.source, recording, read);
+    const int result = Conclude(device, recording, run.arguments, run.name);
+    run.pageStays = read.end != FixSource::Got::Stopped;
+    return isBroken ? kFailed : result;
+}
+
+// From the first fix to the save.
+int RecordAndSave(const DeviceFolder& device, LiveRecording& recording, Run& run) {
+    if (run.page) run.page->ShowRecording();
+    recording.Start(run.page ? run.page->Observer() : nullptr);
+    const RecordedInput read = RecordFixes(run.source, recording, run.arguments, run.line, run.stop);
+    recording.Stop();
+    if (run.page) run.page->RecordingEnded();
+    run.line.Clear();
+    return SumUp(device, recording, read, run);
+}
+
+// The recording is closed, and free for the next recorder, when it returns.
+int RecordInto(const DeviceFolder& device, Run& run) {
+    if (const auto problem = device.Prepare()) return Fail(*problem);
+    const RecorderLock lock(device);
+    if (lock.Problem()) return Fail(*lock.Problem());
+    LiveRecording recording(device, run.settings, !run.arguments.noSave,
+                            [&run](const std::string& message) { run.line.Say(message); });
+    if (const auto problem = recording.Open(run.stop)) return run.stop.Requested() ? kDone : Fail(*problem);
+    auto served = OpenPage(run.arguments, run.settings);
+    if (const auto* problem = std::get_if<std::string>(&served)) return Fail(*problem);
+    run.page = std::move(std::get<Page>(served));
+    const int result = Begin(run.arguments, run.source, recording);
+    return result == kDone ? RecordAndSave(device, recording, run) : result;
+}
+
 // The page outlives its input, so that what was saved can be looked at; a stop ends both.
-void StayOpen(const Page& page, const RecordedInput& read) {
-    if (!page || read.end == FixSource::Got::Stopped) return;
+void StayOpen(const RecordingPage& page, StopSignals& stop) {
     std::cout.flush();
-    Tell("the page stays at " + page->Url() + " until Ctrl-C");
-    StopSignals stop;
+    if (stop.Sleep({})) Tell("the page stays at " + page.Url() + " until Ctrl-C");
     while (stop.Sleep(std::chrono::hours(1))) continue;
 }
 
@@ -110,37 +156,14 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
     const auto name = NameToSave("record", arguments.saveAs, settings);
     if (!name) return kWrongUsage;
     StatusLine line("record");
-    const Say say = [&line](const std::string& message) { line.Say(message); };
-    const auto opened = OpenSource(arguments, say);
+    const auto opened = OpenSource(arguments, [&line](const std::string& message) { line.Say(message); });
     if (const auto* problem = std::get_if<std::string>(&opened)) return Fail(*problem);
     FixSource& source = *std::get<std::unique_ptr<FixSource>>(opened);
-    const DeviceFolder device(settings);
-    if (const auto problem = device.Prepare()) return Fail(*problem);
-    const RecorderLock lock(device);
-    if (lock.Problem()) return Fail(*lock.Problem());
-
-    auto stop = std::make_unique<StopSignals>();
-    LiveRecording recording(device, settings, !arguments.noSave, say);
-    if (const auto problem = recording.Open(*stop)) return stop->Requested() ? kDone : Fail(*problem);
-    if (const int result = Begin(arguments, source, recording); result != kDone) return result;
-    const auto served = OpenPage(arguments, settings);
-    if (const auto* problem = std::get_if<std::string>(&served)) return Fail(*problem);
-    const Page& page = std::get<Page>(served);
-    recording.Start(page ? page->Observer() : nullptr);
-    const RecordedInput read = RecordFixes(source, recording, arguments, line, *stop);
-    recording.Stop();
-    if (page) page->RecordingEnded();
-    line.Clear();
-    stop.reset();
-
-    PrintInput(source, read.gate);
-    PrintRecording(recording, settings.record);
-    const bool isBroken = read.end == FixSource::Got::Error;
-    if (isBroken) Fail(source.Name() + " cannot be read on: " + source.Problem());
-    if (recording.PointsAdded() == 0) return NothingRecorded(source, recording, read);
-    const int result = Conclude(device, recording, arguments, *name);
-    StayOpen(page, read);
-    return isBroken ? kFailed : result;
+    StopSignals stop;  // to the end: a signal asks for the save and must not cut it off
+    Run run{arguments, settings, *name, source, line, stop, nullptr};
+    const int result = RecordInto(DeviceFolder(settings), run);
+    if (run.pageStays && run.page) StayOpen(*run.page, stop);
+    return result;
 }
 
 constexpr const char* kFooter =

@@ -9,9 +9,9 @@ namespace host {
 enum class Awaited { Ready, TimeIsUp, Stop };
 
 // While it lives, these signals do not end the program; make it before any other thread starts. Afterwards they
-// do again: a second Ctrl-C ends a save that hangs. Signals that the caller ignores (nohup) stay ignored.
-// Whoever reads our messages, or a daemon, may go away meanwhile: from here on that is an error of the write
-// and ends nothing.
+// do again. Signals that the caller ignores (nohup) stay ignored; SIGQUIT, which a terminal sends for Ctrl-\,
+// ends the program at any time. Whoever reads our messages, or a daemon, may go away meanwhile: from here on
+// that is an error of the write and ends nothing.
 class StopSignals {
  public:
     StopSignals();

@@ -57,6 +57,21 @@ TEST_F(RecordServe, EndOfInput_SavesAndThePageStaysUntilASignal) {
     EXPECT_TRUE(std::filesystem::exists(File("drive.gpx")));
 }
 
+// The page that is still open is no reason to keep the next drive from being recorded.
+TEST_F(RecordServe, EndOfInput_LetsTheNextRecorderIn) {
+    const std::string log = (m_folder.Path() / "log.nmea").string();
+    WriteFile(log, Piece(0, 60'000));
+    Process recorder(Served("record", {log, "--serve=0"}));
+    const int port = Port();
+    ASSERT_GT(port, 0) << ReadFile(Output());
+    EXPECT_TRUE(Eventually([&] { return ReadFile(Output()).find("the page stays at") != std::string::npos; }));
+    const ProcessResult next = RunProcess(Command("record", {log, "--no-save"}));
+    EXPECT_EQ(next.exitCode, 0) << next.err;
+    EXPECT_EQ(Ask(port, "/").status, 200);
+    recorder.Send(SIGTERM);
+    EXPECT_EQ(recorder.Wait().exitCode, 0);
+}
+
 TEST_F(RecordServe, SignalWhileRecording_SavesAndEndsWithPagesOpen) {
     Process recorder(Served("record", {"-", "--serve=0", "--save-as", "drive"}));
     const int port = Port();

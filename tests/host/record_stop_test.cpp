@@ -1,4 +1,9 @@
 // `qtrace record` stopped by a signal, and killed in the middle.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <random>
@@ -24,6 +29,28 @@ class RecordStop : public Recorder, public ::testing::WithParamInterface<int> {
     }
 };
 
+// A named pipe that takes nothing more until it is drained.
+class FullPipe {
+ public:
+    explicit FullPipe(const std::filesystem::path& path) : m_path(path.string()) {
+        EXPECT_EQ(mkfifo(m_path.c_str(), 0600), 0);
+        m_end = open(m_path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        while (write(m_end, m_bytes.data(), m_bytes.size()) > 0) continue;
+    }
+    ~FullPipe() { close(m_end); }
+    FullPipe(const FullPipe&) = delete;
+    FullPipe& operator=(const FullPipe&) = delete;
+    const std::string& Path() const { return m_path; }
+    void Drain() {
+        while (read(m_end, m_bytes.data(), m_bytes.size()) > 0) continue;
+    }
+
+ private:
+    std::string m_path;
+    std::array<char, 4096> m_bytes{};
+    int m_end = -1;
+};
+
 // The signals with which terminals and service managers stop a program.
 TEST_P(RecordStop, Signal_SavesWhatWasRecorded) {
     Process recorder(Command({"-", "--write-after", "3600"}));
@@ -39,6 +66,31 @@ TEST_P(RecordStop, Signal_SavesWhatWasRecorded) {
 
 INSTANTIATE_TEST_SUITE_P(Signals, RecordStop, ::testing::Values(SIGINT, SIGTERM, SIGHUP),
                          [](const auto& signal) { return "Signal" + std::to_string(signal.param); });
+
+// Nobody reads the summary at first: so the program stands between the end of its input and the save, the path
+// of its log being longer than its buffer for output.
+TEST_F(RecordStop, SignalsBeforeTheSave_DoNotCutItOff) {
+    std::filesystem::path folder = m_folder.Path();
+    while (folder.native().size() < 3850) folder /= std::string(200, 'x');
+    std::filesystem::create_directories(folder);
+    const std::filesystem::path log = folder / std::string(4080 - folder.native().size() - 1, 'x');
+    WriteFile(log, Drive(50));
+    FullPipe summary(m_folder.Path() / "summary");
+    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" >" + summary.Path(), "sh"};
+    for (const std::string& part : Command({log.string()})) command.push_back(part);
+    Process recorder(command);
+    ASSERT_TRUE(Eventually([&] { return Ring().points.size() == 49; }));
+    for (int i = 0; i < 20; ++i) {
+        recorder.Send(i % 2 == 0 ? SIGTERM : SIGINT);
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(SavedTracks().empty());
+    summary.Drain();
+    const ProcessResult run = recorder.Wait();
+    EXPECT_EQ(run.signal, 0);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(SavedTracks().size(), 1u);
+}
 
 TEST_F(RecordStop, SignalBeforeAnyFix_IsNoFailure) {
     Process recorder(Command({"-", "--write-after", "3600"}));
