@@ -4,20 +4,25 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
+#include <charconv>
 #include <cstring>
 #include <tuple>
 
 namespace host {
 namespace {
 
-// The holder's process id as the file tells it, without line end.
+// By its number, as the file tells it. A holder that has just begun has not written it yet.
 std::string HolderIn(int descriptor) {
     std::array<char, 32> text{};
     const ssize_t count = pread(descriptor, text.data(), text.size(), 0);
-    const std::string holder(text.data(), static_cast<std::size_t>(count < 0 ? 0 : count));
-    return holder.substr(0, holder.find('\n'));
+    const char* const end = std::find(text.data(), text.data() + std::max<ssize_t>(count, 0), '\n');
+    int process = 0;
+    const auto [behind, problem] = std::from_chars(text.data(), end, process);
+    const bool isNumber = problem == std::errc() && behind == end && process > 0;
+    return isNumber ? "process " + std::to_string(process) : "another process";
 }
 
 }  // namespace
@@ -28,9 +33,9 @@ RecorderLock::RecorderLock(const DeviceFolder& device) {
     if (m_descriptor < 0) {
         m_problem = file + " cannot be opened: " + std::strerror(errno);
     } else if (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
-        m_problem = errno == EWOULDBLOCK ? "process " + HolderIn(m_descriptor) + " is recording in " +
-                                               device.Root().string() + " already"
-                                         : file + " cannot be locked: " + std::strerror(errno);
+        m_problem = errno == EWOULDBLOCK
+                        ? HolderIn(m_descriptor) + " is recording in " + device.Root().string() + " already"
+                        : file + " cannot be locked: " + std::strerror(errno);
     } else {
         const std::string holder = std::to_string(getpid()) + '\n';
         std::ignore = ftruncate(m_descriptor, 0);

@@ -1,4 +1,8 @@
 // The track that a recording becomes: its name, a new recording, `qtrace save`, and one recorder at a time.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 #include <csignal>
 
 #include <gtest/gtest.h>
@@ -262,6 +266,21 @@ TEST_F(OneRecorder, Killed_MakesRoomForTheNext) {
     m_recorder->Send(SIGKILL);
     m_recorder->Wait();
     EXPECT_EQ(Record({Log(Drive(30)), "--no-save"}).exitCode, 0);
+}
+
+TEST_F(Recorder, LockWithoutANumber_IsHeldByAnotherProcess) {
+    fs::create_directories(m_device / "App");
+    for (const std::string note : {"", "\n", "x", "12 monkeys\n", "-1\n"}) {
+        const fs::path file = m_device / "App" / "recorder.lock";
+        WriteFile(file, note);
+        const int lock = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+        ASSERT_EQ(flock(lock, LOCK_EX | LOCK_NB), 0);
+        const ProcessResult run = Record({Log(Drive(30))});
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.err,
+                  "qtrace record: another process is recording in " + m_device.string() + " already\n");
+        close(lock);
+    }
 }
 
 TEST_F(Recorder, LockThatCannotBeMade_IsNamedWithTheReason) {
