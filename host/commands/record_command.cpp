@@ -96,6 +96,12 @@ std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const
     return page;
 }
 
+// Fixes of a receiver that wait for their time would be lost at a stop.
+std::optional<std::string> WhyNotPaced(const RecordArguments& arguments, const FixSource& source) {
+    if (!arguments.speed || !source.IsLive()) return std::nullopt;
+    return "--speed replays a file; " + source.Name() + " comes at its own speed";
+}
+
 // What a run has besides the recording, and longer.
 struct Run {
     const RecordArguments& arguments;
@@ -159,6 +165,10 @@ int Record(const RecordArguments& arguments, const HostSettings& settings) {
     const auto opened = OpenSource(arguments, [&line](const std::string& message) { line.Say(message); });
     if (const auto* problem = std::get_if<std::string>(&opened)) return Fail(*problem);
     FixSource& source = *std::get<std::unique_ptr<FixSource>>(opened);
+    if (const auto problem = WhyNotPaced(arguments, source)) {
+        Fail(*problem);
+        return kWrongUsage;
+    }
     StopSignals stop;  // to the end: a signal asks for the save and must not cut it off
     Run run{arguments, settings, *name, source, line, stop, nullptr};
     const int result = RecordInto(DeviceFolder(settings), run);

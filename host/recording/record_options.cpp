@@ -55,11 +55,12 @@ void AddSourceDetails(CLI::App& command, RecordArguments& arguments) {
     command
         .add_option_function<std::string>(
             "--speed", [&arguments](const std::string& speed) { arguments.speed = PositiveNumber(speed); },
-            "Replay so many times as fast as it was; max is as fast as it goes")
+            "Replay a file so many times as fast as it was; max is as fast as it goes")
         ->check(CLI::Validator(CheckSpeed, ""))
         ->type_name("N|max")
         ->default_str("max")
-        ->excludes("--gpsd");
+        ->excludes("--gpsd")
+        ->excludes("--baud");
 }
 
 void AddMode(CLI::App& command, RecordSettings& settings) {

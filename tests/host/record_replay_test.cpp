@@ -1,4 +1,8 @@
 // `qtrace record` from GPX documents, and files at a given speed.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include "tests/host/recorder.h"
@@ -102,6 +106,29 @@ TEST_F(RecordReplay, SeveralOrNoSources_AreWrongUsage) {
     for (const char* speed : {"0", "-1", "fast", "2x", "nan"})
         EXPECT_EQ(Record({log, "--speed", speed}).exitCode, 2) << speed;
     EXPECT_FALSE(fs::exists(m_device));
+}
+
+// What waited for its time would be lost at a stop, and could not be read once more.
+TEST_F(RecordReplay, SpeedOfAReceiver_IsWrongUsage) {
+    const std::string pipe = (m_folder.Path() / "pipe").string();
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int writer = open(pipe.c_str(), O_RDWR | O_CLOEXEC);  // so that the pipe can be opened to read
+    for (const std::string& source : {std::string("-"), pipe}) {
+        const ProcessResult run = Record({source, "--speed", "2"});
+        EXPECT_EQ(run.exitCode, 2) << source;
+        EXPECT_NE(run.err.find("--speed replays a file; "), std::string::npos) << run.err;
+    }
+    close(writer);
+    EXPECT_EQ(Record({pipe, "--baud", "4800", "--speed", "2"}).exitCode, 2);
+    EXPECT_FALSE(fs::exists(m_device));
+}
+
+TEST_F(RecordReplay, SpeedOfAFileAsStandardInput_IsTaken) {
+    std::vector<std::string> command = {"sh", "-c", "exec \"$@\" <" + Log(Drive(100)), "sh"};
+    for (const std::string& part : Command({"-", "--speed", "1000"})) command.push_back(part);
+    const ProcessResult run = RunProcess(command);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(Ring().points.size(), 99u);
 }
 
 TEST_F(RecordReplay, Speed_RecordsTheSame) {
