@@ -213,10 +213,10 @@ void LiveRecording::AfterWriting() {
 std::optional<std::string> LiveRecording::Check() const { return WhyIncomplete(m_device, Points()); }
 
 void LiveRecording::CheckFile() {
-    const auto problem = m_isFileComplete ? Check() : std::nullopt;
-    if (!problem) return;
-    m_isFileComplete = false;
-    Complain(*problem);
+    const bool isComplete = PointsInRingFile(m_device) == Points();
+    const bool wasComplete = std::exchange(m_isFileComplete, isComplete);
+    const auto problem = wasComplete && !isComplete ? Check() : std::nullopt;
+    if (problem) Complain(*problem);
 }
 
 void LiveRecording::Complain(const Problem& problem) {

@@ -64,7 +64,9 @@ std::string WhyNothingIsWritten(const fs::path& folder) {
     std::ofstream file(probe, std::ios::binary);
     file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     file.close();
-    const std::string why = file.fail() ? std::strerror(errno) : "the storage does not take more";
+    const std::string why = file.fail() ? std::strerror(errno)
+                                        : "a trial file of " + std::to_string(bytes.size()) +
+                                              " bytes could be written there just now";
     std::error_code ignored;
     fs::remove(probe, ignored);
     return why;

@@ -26,7 +26,8 @@ std::string WhyNotOpened(const DeviceFolder& device);
 // Damaged ring files that the library has put aside so far: TmpTk*.bk.
 std::set<std::filesystem::path> PutAsideFiles(const DeviceFolder& device);
 
-// Why a folder takes no file, as far as trying tells: "No space left on device", "Permission denied".
+// Why a folder takes no file, as far as trying tells: "No space left on device", "Permission denied";
+// or that a file could be written: then whatever kept it from that is over, or it is something else.
 std::string WhyNothingIsWritten(const std::filesystem::path& folder);
 
 }  // namespace host

@@ -86,6 +86,37 @@ TEST_F(LiveRecordingTest, FileThatIsCut_IsFound) {
     EXPECT_NE(m_recording->Check(), std::nullopt);
 }
 
+// Trying tells nothing here: the folder takes files.
+TEST_F(LiveRecordingTest, FileThatIsCutThoughTheStorageHasRoom_IsToldSo) {
+    m_recording->Start();
+    Offer(62);
+    std::filesystem::resize_file(m_folder.Path() / "App" / "Log.dat", 100);
+    EXPECT_TRUE(
+        m_recording->Check()->ends_with("(a trial file of 65536 bytes could be written there just now)"))
+        << *m_recording->Check();
+}
+
+// Told once each time, and not with every batch.
+TEST_F(LiveRecordingTest, FileThatIsGoodAgain_MayBreakOnceMore) {
+    const std::filesystem::path file = m_folder.Path() / "App" / "Log.dat";
+    const std::vector<TckPt> fixes = FixesIn(Drive(600));
+    std::size_t next = 0;
+    const auto offerMore = [&] {
+        for (int i = 0; i < 62; ++i) m_recording->Offer(fixes[next++]);
+        m_recording->Flush();
+    };
+    m_recording->Start();
+    for (int time = 1; time <= 2; ++time) {
+        offerMore();
+        EXPECT_EQ(m_recording->Check(), std::nullopt);
+        std::filesystem::resize_file(file, 1'000'000);
+        offerMore();
+        offerMore();
+        EXPECT_EQ(m_recording->Troubles(), time);
+        std::filesystem::resize_file(file, 4 + 48 * m_recording->Points());
+    }
+}
+
 TEST_F(LiveRecordingTest, Distance_IsAlongThePoints) {
     m_recording->Start();
     Offer(100);
