@@ -102,6 +102,7 @@ void PrintFiles(const RecordingView& files) {
     PrintSlices(slices);
     PrintLine("  head file", files.head ? "good, 96 bytes" : files.hasHeadFile ? "damaged" : "missing");
     PrintLine("  note", NoteText(files.note));
+    PrintLine("  saved", files.isSaved ? "all of it" : "not all of it, or nothing");
 }
 
 // --- JSON ---
@@ -138,6 +139,7 @@ Json JsonOf(const RecordingView& files) {
     return {{"file", files.ring.string()},
             {"recorder", TextOrNull(files.recorder.value_or(""))},
             {"consistent", ring.isConsistent},
+            {"saved", files.isSaved},
             {"size", ring.size},
             {"start", ring.start},
             {"count", ring.count},

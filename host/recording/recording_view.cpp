@@ -10,6 +10,7 @@
 #include <chrono>
 #include <thread>
 
+#include "host/recording/saved_mark.h"
 #include "host/text/file_bytes.h"
 
 namespace host {
@@ -62,6 +63,7 @@ RecordingView ViewRecording(const DeviceFolder& device) {
     const FileBytes head = ReadWholeFile((device.Recording() / "LogHd.dat").string(), 1000);
     files.hasHeadFile = head.problem.empty();
     files.head = ReadHeadImage(head.bytes);
+    files.isSaved = IsMarkedAsSaved(device);
     files.note = StateOfNote(ReadWholeFile((device.Recording() / "Log.dat.redo").string(), kLargest).bytes);
     return files;
 }

@@ -22,6 +22,7 @@ struct RecordingView {
     std::optional<HeadImage> head;  // nothing when it is missing or none
     bool hasHeadFile = false;
     NoteState note = NoteState::None;
+    bool isSaved = false;  // all of it is in a track
     std::optional<std::string> recorder;
 };
 

@@ -68,6 +68,17 @@ TEST_F(Ring, NoteOfAnAppend_IsShown) {
     EXPECT_EQ(Json("ring").at("note"), "waiting");
 }
 
+TEST_F(Ring, SavedRecording_IsCalledSo) {
+    const std::string log = File("log.nmea", Run("simulate", {"--duration", "5m"}).out);
+    ASSERT_EQ(Run("record", {log, "--no-save"}).exitCode, 0);
+    EXPECT_EQ(Json("ring").at("saved"), false);
+    ASSERT_EQ(Run("save").exitCode, 0);
+    EXPECT_EQ(Json("ring").at("saved"), true);
+    EXPECT_TRUE(Contains(Run("ring").out, "  saved     all of it\n")) << Run("ring").out;
+    fs::resize_file(m_device / "App" / "Log.dat", 4 + 48);
+    EXPECT_EQ(Json("ring").at("saved"), false);
+}
+
 TEST_F(Ring, NoRecording_IsCode1) {
     const ProcessResult run = Run("ring");
     EXPECT_EQ(run.exitCode, 1);
