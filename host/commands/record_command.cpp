@@ -23,34 +23,54 @@ void Tell(const std::string& message) { std::cerr << message + '\n'; }
 
 int Fail(const std::string& message) { return host::Fail("record", message); }
 
+using Page = std::unique_ptr<RecordingPage>;
+
+// What a run has besides the recording, and longer.
+struct Run {
+    const RecordArguments& arguments;
+    const HostSettings& settings;
+    const std::string& name;  // of the track, in the code page
+    FixSource& source;
+    StatusLine& line;
+    StopSignals& stop;
+    Page page;               // when one is asked for
+    bool pageStays = false;  // behind the recording
+};
+
 // A log can be read once more. A receiver is recorded whatever happens: behind what is there.
-int NotSaved(const std::string& problem, const FixSource& source) {
-    if (!source.IsLive())
-        return Fail("no new recording is begun, since the one that is there cannot be saved: " + problem);
-    Tell("the recording that is there cannot be saved, so it is continued: " + problem);
+int BeginNothingNew(const std::string& problem, const Run& run) {
+    if (!run.source.IsLive()) return Fail("no new recording is begun: " + problem);
+    Tell("no new recording is begun, the one that is there is continued: " + problem);
     return kDone;
 }
 
+// What could not be cleared on disk is opened again as it is there.
+int ClearFor(const Run& run, LiveRecording& recording) {
+    const auto problem = recording.Clear();
+    if (!problem) return kDone;
+    const auto reopening = recording.Open(run.stop);
+    return reopening ? Fail(*reopening) : BeginNothingNew(*problem, run);
+}
+
 // The recording that is there becomes a track, unless it is one, and only then gives way.
-int BeginNew(const RecordArguments& arguments, const FixSource& source, LiveRecording& recording) {
+int BeginNew(const Run& run, LiveRecording& recording) {
     const std::string old =
         "the recording that was there, " + Counted(recording.PointsBefore(), "point", "points");
     if (recording.IsSaved()) {
         Tell(old + ", is saved already");
-    } else if (!arguments.noSave) {
+    } else if (!run.arguments.noSave) {
         const auto saved = recording.Save("");
-        if (const auto* problem = std::get_if<std::string>(&saved)) return NotSaved(*problem, source);
+        if (const auto* problem = std::get_if<std::string>(&saved))
+            return BeginNothingNew("it cannot be saved: " + *problem, run);
         Tell(old + ", is saved as " + std::get<SavedTrack>(saved).file.string());
     }
-    const auto problem = recording.Clear();
-    return problem ? Fail(*problem) : kDone;
+    return ClearFor(run, recording);
 }
 
 // What is saved is finished; what is not was cut off by a power cut, or its save failed.
-int Begin(const RecordArguments& arguments, const FixSource& source, LiveRecording& recording) {
+int Begin(const Run& run, LiveRecording& recording) {
     if (recording.PointsBefore() == 0) return kDone;
-    if (arguments.startNew || (!arguments.goOn && recording.IsSaved()))
-        return BeginNew(arguments, source, recording);
+    if (run.arguments.startNew || (!run.arguments.goOn && recording.IsSaved())) return BeginNew(run, recording);
     Tell("continuing a recording of " + Counted(recording.PointsBefore(), "point", "points"));
     return kDone;
 }
@@ -84,8 +104,6 @@ int Conclude(const DeviceFolder& device, LiveRecording& recording, const RecordA
     return result;
 }
 
-using Page = std::unique_ptr<RecordingPage>;
-
 // Null when none is asked for. Otherwise says why there is none.
 std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const HostSettings& settings) {
     const auto port = ServePort(arguments);
@@ -93,6 +111,7 @@ std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const
     auto page = std::make_unique<RecordingPage>(settings);
     if (const auto problem = page->Start(*port)) return *problem;
     Tell("the recording is shown at " + page->Url());
+    page->ShowRecording();
     return page;
 }
 
@@ -101,18 +120,6 @@ std::optional<std::string> WhyNotPaced(const RecordArguments& arguments, const F
     if (!arguments.speed || !source.IsLive()) return std::nullopt;
     return "--speed replays a file; " + source.Name() + " comes at its own speed";
 }
-
-// What a run has besides the recording, and longer.
-struct Run {
-    const RecordArguments& arguments;
-    const HostSettings& settings;
-    const std::string& name;  // of the track, in the code page
-    FixSource& source;
-    StatusLine& line;
-    StopSignals& stop;
-    Page page;               // when one is asked for
-    bool pageStays = false;  // behind the recording
-};
 
 int SumUp(const DeviceFolder& device, LiveRecording& recording, const RecordedInput& read, Run& run) {
     PrintInput(run.source, read.gate);
@@ -127,7 +134,6 @@ int SumUp(const DeviceFolder& device, LiveRecording& recording, const RecordedIn
 
 // From the first fix to the save.
 int RecordAndSave(const DeviceFolder& device, LiveRecording& recording, Run& run) {
-    if (run.page) run.page->ShowRecording();
     recording.Start(run.page ? run.page->Observer() : nullptr);
     const RecordedInput read = RecordFixes(run.source, recording, run.arguments, run.line, run.stop);
     recording.Stop();
@@ -144,11 +150,11 @@ int RecordInto(const DeviceFolder& device, Run& run) {
     LiveRecording recording(device, run.settings, !run.arguments.noSave,
                             [&run](const std::string& message) { run.line.Say(message); });
     if (const auto problem = recording.Open(run.stop)) return run.stop.Requested() ? kDone : Fail(*problem);
+    if (const int result = Begin(run, recording); result != kDone) return result;
     auto served = OpenPage(run.arguments, run.settings);
     if (const auto* problem = std::get_if<std::string>(&served)) return Fail(*problem);
     run.page = std::move(std::get<Page>(served));
-    const int result = Begin(run.arguments, run.source, recording);
-    return result == kDone ? RecordAndSave(device, recording, run) : result;
+    return RecordAndSave(device, recording, run);
 }
 
 // The page outlives its input, so that what was saved can be looked at; a stop ends both.

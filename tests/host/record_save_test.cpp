@@ -118,8 +118,45 @@ TEST_F(RecordSave, NewThatCannotSaveFromAReceiver_RecordsOn) {
     recorder.Write(Drive(20));
     const ProcessResult run = recorder.Wait();
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("it is continued"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("the one that is there is continued: "), std::string::npos) << run.err;
     EXPECT_EQ(Ring().points.size(), 39u + 19u);
+}
+
+// Not even the recording's four first bytes can be written.
+TEST_F(RecordSave, SavedRecordingThatCannotBeCleared_StaysForAReceiver) {
+    ASSERT_EQ(Record({Log(Drive(50))}).exitCode, 0);
+    const std::string before = ReadFile(PointFile());
+    ProcessOptions options;
+    options.fileSizeLimit = 2;
+    options.onTerminal = true;  // which takes the messages all the same
+    Process recorder(Command({"-"}), options);
+    recorder.Write(Drive(20));
+    const ProcessResult run = recorder.Wait();
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_EQ(run.signal, 0);
+    EXPECT_NE(run.err.find("Log.dat cannot be cleared: "), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("the one that is there is continued: "), std::string::npos) << run.err;
+    EXPECT_EQ(ReadFile(PointFile()), before);
+}
+
+TEST_F(RecordSave, SavedRecordingInAFolderThatIsReadOnly_IsContinuedForAReceiver) {
+    ASSERT_EQ(Record({Log(Drive(50))}).exitCode, 0);
+    fs::permissions(m_folder.Path(), fs::perms(0777));
+    for (const auto& entry : fs::recursive_directory_iterator(m_folder.Path()))
+        fs::permissions(entry, fs::perms(0777));
+    fs::permissions(m_device / "App", fs::perms(0555));
+    ProcessOptions options;
+    options.asNobody = true;
+    Process recorder(Command({"-"}), options);
+    recorder.Write(Drive(90).substr(Drive(50).size()));
+    const ProcessResult run = recorder.Wait();
+    fs::permissions(m_device / "App", fs::perms(0777));
+    if (run.exitCode == 127) GTEST_SKIP() << "the program is in a folder that only its owner can enter";
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.err.find("Log.dat.saved cannot be removed: Permission denied"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("the next run continues this recording: "), std::string::npos) << run.err;
+    EXPECT_EQ(Ring().points.size(), 49u + 39u);
+    EXPECT_EQ(SavedTracks().size(), 2u);
 }
 
 TEST_F(RecordSave, RunAfterASave_BeginsAnotherTrack) {
