@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 
@@ -41,8 +42,16 @@ std::string ReadAll(std::FILE* stream) {
     return text;
 }
 
-std::string ReadFile(const std::wstring& path) {
-    return ReadAll(Stream(platform::_wfopen(path.c_str(), L"rb")).get());
+// A text, and the file that it was read from as it was then.
+struct Read {
+    std::optional<platform::FileState> file;
+    std::string text;
+};
+
+Read ReadFile(const std::wstring& path) {
+    const Stream stream(platform::_wfopen(path.c_str(), L"rb"));
+    const auto file = platform::StateOf(stream.get());
+    return {file, ReadAll(stream.get())};
 }
 
 // Whether a line feed without a carriage return stands among the first 256 bytes. A text that holds a zero is
@@ -68,11 +77,12 @@ std::string WithCarriageReturns(std::string_view text) {
     return rewritten;
 }
 
-// The user's file is exchanged in one step, or else left alone and read as it is.
-void RewriteLineEnds(const std::wstring& path, std::string& text) {
-    if (!NeedsCarriageReturns(text)) return;
-    std::string rewritten = WithCarriageReturns(text);
-    if (platform::ExchangeFileContent(path.c_str(), rewritten)) text = std::move(rewritten);
+// The user's file is exchanged in one step, or else left alone and read as it is: also when somebody has saved
+// or deleted it since, whose doing the old text must not undo.
+void RewriteLineEnds(const std::wstring& path, Read& read) {
+    if (!read.file || !NeedsCarriageReturns(read.text)) return;
+    std::string rewritten = WithCarriageReturns(read.text);
+    if (platform::ExchangeFileContent(path.c_str(), *read.file, rewritten)) read.text = std::move(rewritten);
 }
 
 std::int32_t DetectEncoding(std::string_view text) {
@@ -135,11 +145,10 @@ std::string ThroughTemporaryFile(const std::string& text) {
 
 std::string gpx::LoadSource(const std::wstring& path, std::int32_t& encoding) {
     encoding = kAnsi;
-    std::string text = ReadFile(path);
-    RewriteLineEnds(path, text);
-    encoding = DetectEncoding(text);
-    if (encoding == kUtf16) return ThroughTemporaryFile(InCodePage936(std::string_view(text).substr(2)));
+    Read read = ReadFile(path);
+    RewriteLineEnds(path, read);
+    encoding = DetectEncoding(read.text);
+    if (encoding == kUtf16) return ThroughTemporaryFile(InCodePage936(std::string_view(read.text).substr(2)));
     const std::wstring parsed = PathInAnsi(path);
-    if (parsed != path) text = ReadFile(parsed);
-    return text;
+    return parsed == path ? std::move(read.text) : ReadFile(parsed).text;
 }

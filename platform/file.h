@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 
 namespace platform {
@@ -56,9 +57,23 @@ unsigned GetModuleFileNameW(wchar_t* path, unsigned size);
 // else.
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes);
 
-// Likewise, but the file keeps its last-write time, as after a repair that changes nothing of what it says, and
-// is never written directly: false, with the file as it was, when it cannot be done in one step.
-bool ExchangeFileContent(const wchar_t* path, const std::string& bytes);
+// Tells a file from every other, and from itself as soon as something has been written to it.
+struct FileState {
+    std::uint64_t storage, number;  // where it is
+    std::uint64_t size;
+    std::uint64_t time, fraction;  // of its last writing, as the system counts them
+    bool operator==(const FileState&) const = default;
+};
+
+// Of the file that the stream reads. Asked for before the first byte is read, it tells later whether the file
+// still is what was read. Nothing for a null stream.
+std::optional<FileState> StateOf(std::FILE* stream);
+
+// Likewise, for a repair that changes nothing of what a file says: the file keeps its last-write time, and it
+// is never written directly. False, with nothing changed, when it cannot be done in one step, and when the file
+// is not the one that was `read` any more: somebody has saved, deleted or renamed it meanwhile. That is looked
+// at last of all, right before the exchange.
+bool ExchangeFileContent(const wchar_t* path, const FileState& read, const std::string& bytes);
 
 // A new, empty, uniquely named file in the system's temporary folder, for this user's eyes only, open for
 // writing and reading; its path goes to `path` in the form that the two below take. Null when none can be made.

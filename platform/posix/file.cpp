@@ -56,6 +56,12 @@ void CommitName(const wchar_t* path) {
     if (const auto file = FindFileOnHost(path)) CommitFolder(file->folder);
 }
 
+std::optional<FileState> StateOf(std::FILE* stream) {
+    struct stat status;
+    if (stream == nullptr || ::fstat(::fileno(stream), &status) != 0) return std::nullopt;
+    return StateIn(status);
+}
+
 bool DropAndCut(std::FILE* stream, std::int64_t size) {
     ::__fpurge(stream);
     return ::ftruncate(::fileno(stream), static_cast<off_t>(size)) == 0;

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <tuple>
@@ -50,18 +51,16 @@ void TakeOver(const struct stat& existing, int descriptor) {
     std::ignore = ::fchmod(descriptor, existing.st_mode & 07777);
 }
 
-// That of the file afterwards.
-enum class WriteTime { Now, OfTheOldContent };
-
 void TakeOverTimes(const struct stat& existing, int descriptor) {
     const struct timespec times[2] = {existing.st_atim, existing.st_mtim};
     std::ignore = ::futimens(descriptor, times);
 }
 
-bool Fill(Descriptor& file, const Target& target, const std::string& bytes, WriteTime writeTime) {
+// `keepsTimes`: those of the file that is replaced.
+bool Fill(Descriptor& file, const Target& target, const std::string& bytes, bool keepsTimes) {
     if (target.existing) TakeOver(*target.existing, file.Get());
     if (!WriteAll(file.Get(), bytes)) return false;
-    if (target.existing && writeTime == WriteTime::OfTheOldContent) TakeOverTimes(*target.existing, file.Get());
+    if (target.existing && keepsTimes) TakeOverTimes(*target.existing, file.Get());
     return Commit(file.Get()) && file.Close();
 }
 
@@ -83,13 +82,41 @@ bool IsFolderClosed(int error) { return error == EACCES || error == EPERM || err
 
 enum class Exchanged { Yes, FolderClosed, No };
 
-// Anything but Yes leaves the file as it was.
-Exchanged Exchange(const Target& target, const std::string& bytes, WriteTime writeTime) {
+bool IsStill(const FileState& read, const std::string& path) {
+    struct stat status;
+    return ::stat(path.c_str(), &status) == 0 && StateIn(status) == read;
+}
+
+bool ChangePlaces(const std::string& a, const std::string& b) {
+    return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+}
+
+// Somebody may come between a look and a rename, all the more as one commit of the storage may wake both. So
+// the files change places, and what was replaced is looked at once more: if it is not what was read, it goes
+// back. A file system that cannot do that has the look alone.
+bool PutInPlaceOf(const FileState& read, const std::string& beside, const std::string& path) {
+    if (!IsStill(read, path)) return false;
+    if (!ChangePlaces(beside, path))
+        return (errno == EINVAL || errno == ENOSYS) && ::rename(beside.c_str(), path.c_str()) == 0;
+    if (!IsStill(read, beside)) {
+        ChangePlaces(beside, path);
+        return false;
+    }
+    ::unlink(beside.c_str());
+    return true;
+}
+
+bool PutInPlace(const std::string& beside, const std::string& path, const FileState* read) {
+    return read != nullptr ? PutInPlaceOf(*read, beside, path) : ::rename(beside.c_str(), path.c_str()) == 0;
+}
+
+// Whatever file is there, when none was `read`. Anything but Yes leaves it as it was.
+Exchanged Exchange(const Target& target, const std::string& bytes, const FileState* read) {
     std::string besidePath;
     Descriptor beside = MakeUniqueFile(target.folder, target.existing ? 0600 : 0666, besidePath);
     if (!beside.IsOpen()) return IsFolderClosed(errno) ? Exchanged::FolderClosed : Exchanged::No;
-    const bool isFilled = Fill(beside, target, bytes, writeTime);
-    if (isFilled && ::rename(besidePath.c_str(), target.path.c_str()) == 0) {
+    const bool isFilled = Fill(beside, target, bytes, read != nullptr);
+    if (isFilled && PutInPlace(besidePath, target.path, read)) {
         CommitFolder(target.folder);
         return Exchanged::Yes;
     }
@@ -105,15 +132,16 @@ std::string TemporaryFolder() {
 
 }  // namespace
 
-bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
+bool ExchangeFileContent(const wchar_t* path, const FileState& read, const std::string& bytes) {
     const auto target = FindTarget(path);
-    return target && Exchange(*target, bytes, WriteTime::OfTheOldContent) == Exchanged::Yes;
+    const bool isStillThere = target && target->existing && StateIn(*target->existing) == read;
+    return isStillThere && Exchange(*target, bytes, &read) == Exchanged::Yes;
 }
 
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    const Exchanged exchanged = Exchange(*target, bytes, WriteTime::Now);
+    const Exchanged exchanged = Exchange(*target, bytes, nullptr);
     return exchanged == Exchanged::Yes ||
            (exchanged == Exchanged::FolderClosed && WriteDirectly(*target, bytes));
 }

@@ -42,6 +42,14 @@ bool CommitContent(std::FILE* stream) { return ::_commit(::_fileno(stream)) == 0
 // The file system writes its own journal for names.
 void CommitName(const wchar_t*) {}
 
+std::optional<FileState> StateOf(std::FILE* stream) {
+    BY_HANDLE_FILE_INFORMATION status;
+    if (stream == nullptr) return std::nullopt;
+    const auto file = reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
+    if (!::GetFileInformationByHandle(file, &status)) return std::nullopt;
+    return StateIn(status);
+}
+
 // The runtime forgets what it could not write by itself.
 bool DropAndCut(std::FILE* stream, std::int64_t size) { return ::_chsize_s(::_fileno(stream), size) == 0; }
 

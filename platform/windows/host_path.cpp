@@ -66,7 +66,15 @@ std::optional<Found> LookAt(const std::wstring& hostPath) {
     ::CloseHandle(opened);
     if (!isKnown) return std::nullopt;
     return Found{(status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                 (status.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0, status.ftLastWriteTime};
+                 (status.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0, status.ftLastWriteTime,
+                 StateIn(status)};
+}
+
+FileState StateIn(const BY_HANDLE_FILE_INFORMATION& status) {
+    const auto joined = [](DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; };
+    return {status.dwVolumeSerialNumber, joined(status.nFileIndexHigh, status.nFileIndexLow),
+            joined(status.nFileSizeHigh, status.nFileSizeLow),
+            joined(status.ftLastWriteTime.dwHighDateTime, status.ftLastWriteTime.dwLowDateTime), 0};
 }
 
 }  // namespace platform

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/device_path.h"
+#include "platform/file.h"
 
 namespace platform {
 
@@ -38,7 +39,10 @@ struct Found {
     bool isFolder;
     bool isReadOnly;
     FILETIME lastWriteTime;
+    FileState state;
 };
 std::optional<Found> LookAt(const std::wstring& hostPath);
+
+FileState StateIn(const BY_HANDLE_FILE_INFORMATION& status);
 
 }  // namespace platform

@@ -75,10 +75,15 @@ std::optional<Target> FindTarget(const wchar_t* path) {
 
 enum class Exchanged { Yes, FolderClosed, No };
 
-// Anything but Yes leaves the file as it was.
-Exchanged Exchange(const Target& target, const std::string& bytes) {
+bool IsStill(const FileState& read, const std::wstring& path) {
+    const auto found = LookAt(path);
+    return found && found->state == read;
+}
+
+// Whatever file is there, when none was `read`. Anything but Yes leaves it as it was.
+Exchanged Exchange(const Target& target, const std::string& bytes, const FileState* read) {
     const std::wstring beside = NameBeside(target.path);
-    if (WriteNewContent(beside, CREATE_NEW, bytes) &&
+    if (WriteNewContent(beside, CREATE_NEW, bytes) && (read == nullptr || IsStill(*read, target.path)) &&
         PutInPlace(beside, target.path, target.existing.has_value()))
         return Exchanged::Yes;
     const bool isFolderClosed = ::GetLastError() == ERROR_ACCESS_DENIED;
@@ -96,18 +101,18 @@ void SetWriteTime(const std::wstring& path, const FILETIME& time) {
 
 }  // namespace
 
-bool ExchangeFileContent(const wchar_t* path, const std::string& bytes) {
+bool ExchangeFileContent(const wchar_t* path, const FileState& read, const std::string& bytes) {
     const auto target = FindTarget(path);
-    if (!target) return false;
-    if (Exchange(*target, bytes) != Exchanged::Yes) return false;
-    if (target->existing) SetWriteTime(target->path, target->existing->lastWriteTime);
+    if (!target || !target->existing || target->existing->state != read) return false;
+    if (Exchange(*target, bytes, &read) != Exchanged::Yes) return false;
+    SetWriteTime(target->path, target->existing->lastWriteTime);
     return true;
 }
 
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    const Exchanged exchanged = Exchange(*target, bytes);
+    const Exchanged exchanged = Exchange(*target, bytes, nullptr);
     return exchanged == Exchanged::Yes ||
            (exchanged == Exchanged::FolderClosed && WriteNewContent(target->path, CREATE_ALWAYS, bytes));
 }

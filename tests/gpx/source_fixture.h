@@ -3,6 +3,7 @@
 
 #include "gpx/gpx_source.h"
 #include "tests/gpx/gpx_fixture.h"
+#include "tests/support/meanwhile.h"
 
 class GpxSource : public GpxTest {
  protected:
@@ -27,3 +28,18 @@ class GpxSource : public GpxTest {
 
 using GpxLineEnds = GpxSource;
 using GpxEncoding = GpxSource;
+
+// So long that it is still being written when the other comes.
+class GpxLineEndsOfALongFile : public GpxSource {
+ protected:
+    GpxLineEndsOfALongFile() {
+        std::string text;
+        while (text.size() < 4'000'000) text += "<a>of 1,000 lines and more</a>\n";
+        Write("\\Track\\a.gpx", text);
+    }
+    template <typename Other>
+    void ParseWhile(Other other) {
+        WithOther(
+            OnDisk("\\Track"), [this] { Parsed(); }, other);
+    }
+};

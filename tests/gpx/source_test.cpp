@@ -1,5 +1,6 @@
 // What is done to a file before it is parsed: its line ends and its encoding.
 #include "platform/device.h"
+#include "platform/file.h"
 #include "tests/gpx/source_fixture.h"
 #include "tests/support/machine.h"
 
@@ -85,6 +86,17 @@ TEST_F(GpxLineEnds, Folder_HoldsNothingElseAfterwards) {
     Rewritten("a\nb\n");
     const auto entries = std::filesystem::directory_iterator(OnDisk("\\Track"));
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST_F(GpxLineEndsOfALongFile, DeletedMeanwhile_DoNotBringItBack) {
+    ParseWhile([] { EXPECT_TRUE(platform::DeleteFileW(L"\\Track\\a.gpx")); });
+    EXPECT_FALSE(Exists("\\Track\\a.gpx"));
+}
+
+TEST_F(GpxLineEndsOfALongFile, RenamedMeanwhile_DoNotBringTheOldNameBack) {
+    ParseWhile([] { EXPECT_TRUE(platform::MoveFileW(L"\\Track\\a.gpx", L"\\Track\\b.gpx")); });
+    EXPECT_FALSE(Exists("\\Track\\a.gpx"));
+    EXPECT_TRUE(Exists("\\Track\\b.gpx"));
 }
 
 TEST_F(GpxEncoding, ByteOrderMarkOfUtf8_IsUtf8) {

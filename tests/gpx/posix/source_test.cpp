@@ -1,4 +1,5 @@
-// A file that cannot be exchanged, as its folder is closed.
+// A file that cannot be exchanged, as its folder is closed, or as somebody is faster.
+#include "platform/file.h"
 #include "tests/gpx/source_fixture.h"
 #include "tests/support/posix/ordinary_user.h"
 
@@ -13,4 +14,9 @@ TEST_F(GpxLineEnds, FolderWhereNothingCanBeMade_LeavesTheFileAsItIs) {
     }
     std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0755));
     EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "a\n");
+}
+
+TEST_F(GpxLineEndsOfALongFile, SavedMeanwhile_AreThoseOfTheSavedFile) {
+    ParseWhile([] { EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "saved\n")); });
+    EXPECT_TRUE(BytesOf("\\Track\\a.gpx") == "saved\n") << "the old text is back";
 }

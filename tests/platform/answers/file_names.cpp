@@ -33,6 +33,14 @@ void Put(const std::wstring& path, const char* content) {
     platform::fclose(stream);
 }
 
+// Of a file that nobody else has touched; of a state that is none where there is no file.
+bool Exchange(const std::wstring& path, const char* content) {
+    std::FILE* stream = platform::_wfopen(path.c_str(), L"rb");
+    const auto read = platform::StateOf(stream).value_or(platform::FileState{});
+    platform::fclose(stream);
+    return platform::ExchangeFileContent(path.c_str(), read, content);
+}
+
 // Some files and folders, put back before every call.
 void Restore() {
     for (const wchar_t* folder : {L"\\Files", L"\\Files\\dir", L"\\Files\\full", L"\\Files\\full\\in"})
@@ -153,8 +161,7 @@ void Contents() {
               YesNo(platform::ReplaceFileContent(path.c_str(), "new")) + " " + Content(path));
         CleanUp(path);
         Restore();
-        Print("exchange " + Quoted(path),
-              YesNo(platform::ExchangeFileContent(path.c_str(), "new")) + " " + Content(path));
+        Print("exchange " + Quoted(path), YesNo(Exchange(path, "new")) + " " + Content(path));
         CleanUp(path);
     }
 }

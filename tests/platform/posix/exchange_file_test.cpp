@@ -1,7 +1,9 @@
-// A file that may be written in a folder that may not.
+// A file that may be written in a folder that may not, and one that is saved at the same time.
 #include <gtest/gtest.h>
 
 #include "tests/platform/exchange_file_fixture.h"
+#include "tests/platform/file_names_fixture.h"
+#include "tests/support/meanwhile.h"
 #include "tests/support/posix/ordinary_user.h"
 
 TEST_F(ExchangeFile, ClosedFolder_LeavesEvenAWritableFileAsItIs) {
@@ -11,10 +13,35 @@ TEST_F(ExchangeFile, ClosedFolder_LeavesEvenAWritableFileAsItIs) {
     std::filesystem::permissions(OnDisk("\\Track\\a.gpx"), std::filesystem::perms(0666));
     {
         const AsOrdinaryUser user;
-        EXPECT_FALSE(platform::ExchangeFileContent(L"\\Track\\a.gpx", "new"));
+        EXPECT_FALSE(Exchange(Read(), "new"));
         EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
         EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "direct"));
     }
     EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "direct");
     std::filesystem::permissions(OnDisk("\\Track"), std::filesystem::perms(0755));
+}
+
+// So long a content that the other comes while it is written.
+TEST_F(ExchangeFile, FileSavedWhileItIsExchanged_StaysAsItWasSaved) {
+    Write("\\Track\\a.gpx", "old");
+    const platform::FileState read = Read();
+    WithOther(
+        OnDisk("\\Track"), [&] { Exchange(read, std::string(8'000'000, 'x')); },
+        [] { EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "saved")); });
+    EXPECT_TRUE(BytesOf("\\Track\\a.gpx") == "saved") << "the content exchanged for is there";
+    EXPECT_EQ(FilesIn("\\Track"), 1u);
+}
+
+// There the look before the exchange is all there is.
+TEST_F(ExchangeFile, FileSystemWhereFilesCannotChangePlaces_DoesItByRenaming) {
+    for (const WayOfMoving& way : WaysOfMoving()) {
+        Write("\\Track\\a.gpx", "old");
+        const platform::FileState read = Read();
+        way.take();
+        EXPECT_TRUE(Exchange(read, "new")) << way.name;
+        EXPECT_FALSE(Exchange(read, "newer")) << way.name;
+        EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "new") << way.name;
+        EXPECT_EQ(FilesIn("\\Track"), 1u) << way.name;
+    }
+    WaysOfMoving().front().take();
 }
