@@ -1,52 +1,16 @@
 // A file's whole content exchanged in one step, and files in the system's temporary folder.
 #include <windows.h>
 
-#include <algorithm>
-#include <atomic>
 #include <optional>
-#include <string_view>
 
 #include "platform/file.h"
 #include "platform/utf.h"
 #include "platform/windows/host_path.h"
+#include "platform/windows/new_content.h"
 
 namespace platform {
 
 namespace {
-
-constexpr DWORD kLargestWrite = 1u << 30;
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const auto size = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), kLargestWrite));
-        DWORD written = 0;
-        if (!::WriteFile(file, bytes.data(), size, &written, nullptr) || written == 0) return false;
-        bytes.remove_prefix(written);
-    }
-    return true;
-}
-
-// CREATE_NEW or CREATE_ALWAYS. On storage when this returns true.
-bool WriteNewContent(const std::wstring& path, DWORD creation, const std::string& bytes) {
-    const HANDLE file =
-        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return false;
-    const bool isWritten = WriteAll(file, bytes) && ::FlushFileBuffers(file);
-    return ::CloseHandle(file) && isWritten;
-}
-
-std::wstring NameBeside(const std::wstring& path) {
-    static std::atomic<unsigned> count = 0;
-    const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
-    return folder + L"~qtrace-" + std::to_wstring(::GetCurrentProcessId()) + L'-' + std::to_wstring(count++) +
-           L".tmp";
-}
-
-// ReplaceFileW keeps the attributes and rights of the file that it replaces.
-bool PutInPlace(const std::wstring& beside, const std::wstring& path, bool exists) {
-    if (exists) return ::ReplaceFileW(path.c_str(), beside.c_str(), nullptr, 0, nullptr, nullptr);
-    return ::MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH);
-}
 
 struct Target {
     std::wstring path;
@@ -82,21 +46,17 @@ bool IsStill(const FileState& read, const std::wstring& path) {
 
 // Whatever file is there, when none was `read`. Anything but Yes leaves it as it was.
 Exchanged Exchange(const Target& target, const std::string& bytes, const FileState* read) {
-    const std::wstring beside = NameBeside(target.path);
-    if (WriteNewContent(beside, CREATE_NEW, bytes) && (read == nullptr || IsStill(*read, target.path)) &&
-        PutInPlace(beside, target.path, target.existing.has_value()))
-        return Exchanged::Yes;
-    const bool isFolderClosed = ::GetLastError() == ERROR_ACCESS_DENIED;
-    ::DeleteFileW(beside.c_str());
-    return isFolderClosed ? Exchanged::FolderClosed : Exchanged::No;
-}
-
-void SetWriteTime(const std::wstring& path, const FILETIME& time) {
-    const HANDLE file = ::CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return;
-    ::SetFileTime(file, nullptr, nullptr, &time);
-    ::CloseHandle(file);
+    std::wstring beside;
+    const FILETIME* time = read == nullptr ? nullptr : &target.existing->lastWriteTime;
+    DWORD error = WriteBeside(target.path, bytes, time, beside);
+    if (error == ERROR_SUCCESS && read != nullptr && !IsStill(*read, target.path)) {
+        ::DeleteFileW(beside.c_str());
+        return Exchanged::No;
+    }
+    if (error == ERROR_SUCCESS)
+        error = PutInPlace(beside, target.path, read == nullptr ? IfMissing::Make : IfMissing::Leave);
+    if (error == ERROR_SUCCESS) return Exchanged::Yes;
+    return error == ERROR_ACCESS_DENIED ? Exchanged::FolderClosed : Exchanged::No;
 }
 
 }  // namespace
@@ -104,9 +64,7 @@ void SetWriteTime(const std::wstring& path, const FILETIME& time) {
 bool ExchangeFileContent(const wchar_t* path, const FileState& read, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target || !target->existing || target->existing->state != read) return false;
-    if (Exchange(*target, bytes, &read) != Exchanged::Yes) return false;
-    SetWriteTime(target->path, target->existing->lastWriteTime);
-    return true;
+    return Exchange(*target, bytes, &read) == Exchanged::Yes;
 }
 
 bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
@@ -114,7 +72,7 @@ bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
     if (!target) return false;
     const Exchanged exchanged = Exchange(*target, bytes, nullptr);
     return exchanged == Exchanged::Yes ||
-           (exchanged == Exchanged::FolderClosed && WriteNewContent(target->path, CREATE_ALWAYS, bytes));
+           (exchanged == Exchanged::FolderClosed && WriteOver(target->path, bytes));
 }
 
 std::FILE* CreateTemporaryFile(std::string& path) {
