@@ -54,17 +54,18 @@ class LocalPlane {
 
     // From the piece, squared; endless where a position is none.
     double SquaredDistance(const Position& position) const {
-        const double x = East(position);
-        const double y = North(position);
-        const double along = x * m_endX + y * m_endY;
-        if (along <= 0.0) return x * x + y * y;
-        if (along >= m_squaredLength) return Square(x - m_endX) + Square(y - m_endY);
-        const double squared = Square(x * m_endY - y * m_endX) / m_squaredLength;
+        const double squared = Squared(East(position), North(position));
         return areSpecial && std::isnan(squared) ? std::numeric_limits<double>::infinity() : squared;
     }
 
  private:
     static double Square(double value) { return value * value; }
+    double Squared(double x, double y) const {
+        const double along = x * m_endX + y * m_endY;
+        if (along <= 0.0) return x * x + y * y;
+        if (along >= m_squaredLength) return Square(x - m_endX) + Square(y - m_endY);
+        return Square(x * m_endY - y * m_endX) / m_squaredLength;
+    }
     double North(const Position& position) const { return position.latitude - m_origin.latitude; }
     double East(const Position& position) const {
         double degrees = position.longitude - m_origin.longitude;

@@ -353,6 +353,17 @@ TEST(Thinning, PositionsThatAreNoNumbers_LoseNothingElse) {
     }
 }
 
+// Such a place is endlessly far from every line.
+TEST(Thinning, PositionsThatAreEndless_Stay) {
+    const double endless = std::numeric_limits<double>::infinity();
+    for (const double far : {endless, -endless})
+        for (const Points& line :
+             {Points{At(0, 0), At(5, far), At(0, far)}, Points{At(0, far), At(5, far), At(0, 0)},
+              Points{At(0, 0), At(far, 5), At(far, 0)}, Points{At(far, 0), At(far, 5), At(0, 0)},
+              Points{At(0, 0), At(far, far), At(0, 1)}, Points{At(0, far), At(5, far), At(0, -far)}})
+            EXPECT_EQ(Thinned(line), line);
+}
+
 TEST(Thinning, EveryOtherFieldOfTheKeptPoints_StaysAsItWas) {
     std::mt19937 random(171);
     Points line{AnyBytes(random), AnyBytes(random), AnyBytes(random)};
