@@ -17,8 +17,8 @@ namespace {
 // The parser calls itself for each level, and no GPX document has a dozen.
 constexpr std::size_t kDeepest = 256;
 
-// What is no point becomes a tree of about 100 bytes a piece, however short its text. A document of a thousand
-// tracks has some ten thousand such pieces.
+// What is no point becomes a tree of about 100 bytes a piece, and as much again for its text, however short. A
+// document of a thousand tracks has some ten thousand such pieces.
 constexpr std::size_t kMostPieces = 500'000;
 
 // What an element is, as far as points are concerned. Those of the first trk are read, others only taken out.

@@ -35,8 +35,8 @@ Markup XmlScanner::Next() {
     auto* begin = static_cast<char*>(std::memchr(m_at, '<', static_cast<std::size_t>(m_end - m_at)));
     if (begin == nullptr) return {MarkupKind::None, m_end, m_end, {}};
     m_at = begin + 1;
-    ++m_pieces;
     if (*m_at == '/') return ScanEndTag(begin);
+    ++m_pieces;
     if (*m_at == '!' || *m_at == '?') return ScanOther(begin);
     return ScanStartTag(begin);
 }

@@ -26,7 +26,8 @@ class XmlScanner {
     // The text is zero-terminated, and scanned up to its first zero.
     explicit XmlScanner(char* text);
 
-    // How many markups and attributes it has come by: a tree of them has about so many nodes.
+    // How many markups other than end tags, and attributes, it has come by: a tree of them has so many nodes at
+    // most, and one more for each text.
     std::size_t Pieces() const { return m_pieces; }
 
     // The next markup; what stands before it is passed over. Throws rapidxml::parse_error for one that has no

@@ -86,6 +86,22 @@ TEST(GpxOutline, EmptyTags_CountAsALevel) {
     EXPECT_THROW(Outline(text), rapidxml::parse_error);
 }
 
+// An element counts once, written with an end tag or without.
+TEST(GpxOutline, ElementsThatAreNoPoints_AreLimitedTo500000) {
+    for (const std::string element : {"<a></a>", "<a/>", "<a>b</a>"}) {
+        std::string most = "<gpx>";
+        for (int i = 1; i < 500'000; ++i) most += element;
+        EXPECT_NO_THROW(Outline(most + "</gpx>")) << element;
+        EXPECT_THROW(Outline(most + element + "</gpx>"), rapidxml::parse_error) << element;
+    }
+}
+
+TEST(GpxOutline, ElementsThatArePoints_CountForNothing) {
+    std::string text = "<gpx><trk><trkseg>";
+    for (int i = 0; i < 200'000; ++i) text += "<trkpt lat='1' lon='2'><a></a><b c=''/></trkpt>";
+    EXPECT_EQ(Outline(text + "</trkseg></trk></gpx>").substr(0, 29), "<gpx><trk><trkseg><trkpt/>   ");
+}
+
 TEST(GpxOutline, WhatIsNoTag_CountsForNothing) {
     std::string text = "<a>";
     for (int i = 0; i < 1000; ++i) text += "<!-- <a> --><![CDATA[<a>]]><?a <a> ?><a b='<a>' c=\"/><a>\"/>";
