@@ -346,20 +346,23 @@ bool CTrackProxy::Save(const char* name) {
     return saved;
 }
 
+// KEPT: the file name is taken as it is known when it is needed, which it is not before the header was read:
+// then the name of the handle's own file is a new one, and nothing is deleted. Pinned by
+// TrackReversal.OfAnUnreadHandleUnderItsFilesName_IsANewTrackInItsPlace,
+// TrackReversal.OfAnUnreadHandle_DeletesNothing.
 bool CTrackProxy::ReverseTrack(const char* newName, bool deleteOriginal, bool showIfRoom, unsigned int color) {
     GetTrack();
     CTrack reversed(*m_pTrack);
     reversed.Reverse();
     m_lStartTime = reversed.GetStartTime();
     m_lEndTime = reversed.GetEndTime();
-    const std::string fileName = GetTrkFileName();
     DeleteTrack();
-    if (newName == nullptr || fileName == newName) return SaveTrackData();
+    if (newName == nullptr || m_strTrkFileName == newName) return SaveTrackData();
 
     CTrackMan& manager = *CTrackMan::Instance();
     reversed.SetName(newName);
     reversed.SetColor(color);
     reversed.SetVisible(showIfRoom && manager.GetVisibleTrkCnt() < kMostVisibleTracks);
-    if (deleteOriginal) manager.DelTrack(fileName);  // this handle may be gone from here on
+    if (deleteOriginal) manager.DelTrack(std::string(m_strTrkFileName));  // this handle may be gone afterwards
     return manager.AddTrack(reversed);
 }

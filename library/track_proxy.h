@@ -86,8 +86,11 @@ class QTRACE_API CTrackProxy : public ITrack {
     void DestoryData();  // deletes the file
 
     // A reversed copy as a new track of that name and colour, shown while fewer than 10 tracks are;
-    // deleteOriginal takes the original out of the library, after which this handle may be gone. Without a new
-    // name only start and end time of this file are written. False when nothing could be stored.
+    // deleteOriginal takes the track out of the library that is called like this file, after which this handle
+    // may be gone. Without a new name, or under that of the file, only start and end time of this file are
+    // written. Of a handle whose header was never read (Load does) no name of the file is known: then nothing
+    // is deleted, and under the file's name the copy takes the file's place. False when nothing could be
+    // stored.
     bool ReverseTrack(const char* newName, bool deleteOriginal, bool showIfRoom, unsigned int color);
 
     static std::string g_strTrackFlag;  // magic text of the record stream

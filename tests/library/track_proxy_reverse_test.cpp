@@ -161,6 +161,34 @@ TEST_F(TrackReversal, OfAnUnreadableFileWithoutAName_Fails) {
     EXPECT_FALSE(Exists(PathOf("walk")));
 }
 
+// Its file name is not known, so the name of its own file is as new as any other.
+TEST_F(TrackReversal, OfAnUnreadHandleUnderItsFilesName_IsANewTrackInItsPlace) {
+    ASSERT_TRUE(Handle("walk")->ReverseTrack("walk", false, false, 0x00112233));
+    EXPECT_EQ(DisplayNames(), (std::vector<std::string>{"Morning ride", "walk"}));
+    EXPECT_EQ(Stored("walk").color, std::to_string(0x00112233));
+    EXPECT_EQ(LatitudesIn("walk"), (std::vector<std::string>{"1.001000", "1.001000", "1.000000"}));
+}
+
+TEST_F(TrackReversal, OfAnUnreadHandle_DeletesNothing) {
+    Store("other", {.name = "walk"});
+    Load();
+    ASSERT_TRUE(Handle("walk")->ReverseTrack("Back", true, true, 0));
+    EXPECT_EQ(DisplayNames().size(), 3u);
+    EXPECT_TRUE(Exists(PathOf("walk")));
+    EXPECT_TRUE(Exists(PathOf("other")));
+}
+
+// Counting the shown tracks reads the headers of those in the list, the handle's own among them.
+TEST_F(TrackReversal, OfAnUnreadHandleInTheList_DeletesItWhenTheShownTracksWereCounted) {
+    for (const bool isCounted : {false, true}) {
+        Store("walk", {.name = "walk"});
+        Restart();
+        CTrackProxy* walk = TrackManInside::List(Library(), Handle("walk"));
+        ASSERT_TRUE(walk->ReverseTrack("Back", true, isCounted, 0));
+        EXPECT_EQ(Exists(PathOf("walk")), !isCounted);
+    }
+}
+
 TEST_F(TrackReversal, Handle_HasTheReversedTracksTimes) {
     CTrackProxy& walk = Walk();
     ASSERT_TRUE(walk.ReverseTrack("Back", false, true, 0));
