@@ -4,10 +4,13 @@
 #include <cmath>
 #include <cstdint>
 
+#include "util/trigonometry.h"
+
 namespace {
 
 using geodesy::kDegToRad;
 using geodesy::kSquareDegree;
+using trigonometry::ArcTangent;
 
 constexpr double kRadToDeg = 57.29577951308239;
 constexpr double kEarthNauticalMiles = 3437.7467707849432;  // minutes of arc per radian
@@ -38,8 +41,8 @@ struct Place {
 };
 
 Place PlaceAt(double latitude, double longitude) {
-    const double radians = latitude * kDegToRad;
-    return {longitude * kDegToRad, std::sin(radians), std::cos(radians)};
+    const auto [sine, cosine] = trigonometry::SineAndCosine(latitude * kDegToRad);
+    return {longitude * kDegToRad, sine, cosine};
 }
 
 Place PlaceOf(const TckPt& point) { return PlaceAt(point.dLatitude, point.dLongitude); }
@@ -52,9 +55,7 @@ struct Direction {
 };
 
 inline Direction Towards(const Place& from, const Place& to) {
-    const double deltaLon = to.longitude - from.longitude;
-    const double sine = std::sin(deltaLon);
-    const double cosine = std::cos(deltaLon);
+    const auto [sine, cosine] = trigonometry::SineAndCosine(to.longitude - from.longitude);
     return {cosine * to.cosineOfLatitude * from.cosineOfLatitude + to.sineOfLatitude * from.sineOfLatitude,
             to.sineOfLatitude * from.cosineOfLatitude - cosine * from.sineOfLatitude * to.cosineOfLatitude,
             sine * to.cosineOfLatitude};
@@ -65,13 +66,13 @@ inline double CentralAngle(const Direction& direction) {
     const double sine =
         std::fabs(std::sqrt(direction.east * direction.east + direction.north * direction.north));
     const bool isThere = sine > kDegenerate || std::fabs(direction.cosine) > kDegenerate;
-    return isThere ? std::atan2(sine, direction.cosine) : 0.0;
+    return isThere ? ArcTangent(sine, direction.cosine) : 0.0;
 }
 
 // [rad] 0 <= azimuth < kTwoPi.
 double Azimuth(const Direction& direction) {
     if (!(std::fabs(direction.east) > kDegenerate || std::fabs(direction.north) > kDegenerate)) return 0.0;
-    double azimuth = std::atan2(direction.east, direction.north);
+    double azimuth = ArcTangent(direction.east, direction.north);
     while (azimuth < 0) azimuth += kTwoPi;
     return azimuth;
 }
@@ -113,5 +114,5 @@ double AidCalArea(const std::vector<TckPt, je_allocator<TckPt>>& pts) {
     const TckPt& first = pts.front();
     const TckPt& last = pts.back();
     const double closing = last.dLongitude * first.dLatitude - first.dLongitude * last.dLatitude;
-    return ((closing + sum) * 0.5 * kSquareDegree) * std::cos(first.dLatitude * kDegToRad);
+    return ((closing + sum) * 0.5 * kSquareDegree) * trigonometry::Cosine(first.dLatitude * kDegToRad);
 }

@@ -1,5 +1,6 @@
-// Distance, bearing, length and area on the sphere. Pure functions; they build on nothing but the point record.
-// A track's cached statistics: track/track.h.
+// Distance, bearing, length and area on the sphere. Pure functions, whose results are the same bits on every
+// system: the sines and arc tangents are those of util/trigonometry.h. A track's cached statistics:
+// track/track.h.
 #pragma once
 
 #include <vector>

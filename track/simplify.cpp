@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "track/geodesy.h"
+#include "util/trigonometry.h"
 
 namespace {
 
@@ -46,7 +47,8 @@ template <bool areSpecial>
 class LocalPlane {
  public:
     LocalPlane(const Position& first, const Position& last)
-        : m_origin(first), m_shrink(std::cos((first.latitude + last.latitude) * 0.5 * geodesy::kDegToRad)) {
+        : m_origin(first),
+          m_shrink(trigonometry::Cosine((first.latitude + last.latitude) * 0.5 * geodesy::kDegToRad)) {
         m_endX = East(last);
         m_endY = North(last);
         m_squaredLength = m_endX * m_endX + m_endY * m_endY;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "track/geodesy.h"
+#include "util/trigonometry.h"
 
 using geodesy::kDegToRad;
 using geodesy::kHalfSquareDegree;
@@ -18,7 +19,7 @@ namespace {
 constexpr double kDefaultSimplifyMetres = 2.0;
 
 double SquareMetres(double squareDegrees, const TckPt& first) {
-    return squareDegrees * std::cos(first.dLatitude * kDegToRad);
+    return squareDegrees * trigonometry::Cosine(first.dLatitude * kDegToRad);
 }
 
 }  // namespace
@@ -215,7 +216,7 @@ void CTrack::MendArea(const TckPt& deleted, std::size_t index, const Remaining& 
     const TckPt& oldFirst = index == 0 ? deleted : left[0];
     const TckPt& previous = left[(index + count - 1) % count];
     const TckPt& next = left[index % count];
-    double sum = (m_dArea / std::cos(oldFirst.dLatitude * kDegToRad)) * kPerSquareDegree * 2.0;
+    double sum = (m_dArea / trigonometry::Cosine(oldFirst.dLatitude * kDegToRad)) * kPerSquareDegree * 2.0;
     sum = (sum - CalTwoPointChaChen(previous, deleted) - CalTwoPointChaChen(deleted, next) +
            CalTwoPointChaChen(previous, next)) *
           0.5;

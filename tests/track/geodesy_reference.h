@@ -1,5 +1,6 @@
 // The geodesy once more, written plainly from its description, with every constant given by its bits. Results
-// of the library must equal these bit for bit: stored tracks carry them.
+// of the library must equal these bit for bit: stored tracks carry them. Sines and arc tangents are held to
+// their own bits in tests/util/trigonometry_test.cpp.
 #pragma once
 
 #include <bit>
@@ -7,8 +8,13 @@
 #include <cstdint>
 
 #include "tests/support/points.h"
+#include "util/trigonometry.h"
 
 namespace reference {
+
+using trigonometry::ArcTangent;
+using trigonometry::Cosine;
+using trigonometry::Sine;
 
 inline double FromBits(std::uint64_t bits) { return std::bit_cast<double>(bits); }
 
@@ -32,13 +38,13 @@ inline Leg Between(double lat1, double lon1, double lat2, double lon2) {
     const double phi1 = lat1 * kDegToRad, lambda1 = lon1 * kDegToRad;
     const double phi2 = lat2 * kDegToRad, lambda2 = lon2 * kDegToRad;
     const double delta = lambda2 - lambda1;
-    const double c = std::cos(delta) * std::cos(phi2) * std::cos(phi1) + std::sin(phi2) * std::sin(phi1);
-    const double y2 = std::sin(phi2) * std::cos(phi1) - std::cos(delta) * std::sin(phi1) * std::cos(phi2);
-    const double y1 = std::sin(delta) * std::cos(phi2);
+    const double c = Cosine(delta) * Cosine(phi2) * Cosine(phi1) + Sine(phi2) * Sine(phi1);
+    const double y2 = Sine(phi2) * Cosine(phi1) - Cosine(delta) * Sine(phi1) * Cosine(phi2);
+    const double y1 = Sine(delta) * Cosine(phi2);
     const double s = std::fabs(std::sqrt(std::fabs(y1 * y1 + y2 * y2)));
-    const double sigma = s > kEpsilon || std::fabs(c) > kEpsilon ? std::atan2(s, c) : 0.0;
+    const double sigma = s > kEpsilon || std::fabs(c) > kEpsilon ? ArcTangent(s, c) : 0.0;
     double alpha = 0.0;
-    if (std::fabs(y1) > kEpsilon || std::fabs(y2) > kEpsilon) alpha = std::atan2(y1, y2);
+    if (std::fabs(y1) > kEpsilon || std::fabs(y2) > kEpsilon) alpha = ArcTangent(y1, y2);
     while (alpha < 0) alpha += kTwoPi;
     return {((sigma * kEarthNauticalMiles) * kKilometresPerMile) * kMetresPerKilometre, alpha * kRadToDeg};
 }
@@ -51,7 +57,7 @@ inline double Cross(const TckPt& a, const TckPt& b) {
     return a.dLongitude * b.dLatitude - a.dLatitude * b.dLongitude;
 }
 
-inline double CosLat(const TckPt& fix) { return std::cos(fix.dLatitude * kDegToRad); }
+inline double CosLat(const TckPt& fix) { return Cosine(fix.dLatitude * kDegToRad); }
 
 inline double Length(const Points& pts) {
     double total = 0.0;

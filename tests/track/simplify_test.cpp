@@ -9,6 +9,7 @@
 
 #include "tests/support/seed.h"
 #include "tests/track/line_error.h"
+#include "util/trigonometry.h"
 
 namespace {
 
@@ -77,7 +78,7 @@ Points FallingZigzag(std::size_t count) {
 // [deg^2].
 double SquaredDistance(const TckPt& first, const TckPt& last, const TckPt& point) {
     const auto square = [](double value) { return value * value; };
-    const double shrink = std::cos((first.dLatitude + last.dLatitude) * 0.5 * 0.017453292519943278);
+    const double shrink = trigonometry::Cosine((first.dLatitude + last.dLatitude) * 0.5 * 0.017453292519943278);
     const auto east = [&](const TckPt& to) {
         double degrees = to.dLongitude - first.dLongitude;
         if (degrees > 180) degrees -= 360;
