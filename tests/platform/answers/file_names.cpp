@@ -110,8 +110,8 @@ void Folders() {
     int number = 0;
     for (const std::wstring path : kPaths) {
         Restore();
-        Print("make folder " + Quoted(path),
-              YesNo(platform::CreateDirectoryW(path.c_str())) + " " + Content(path));
+        const bool isMade = platform::CreateDirectoryW(path.c_str());
+        Print("make folder " + Quoted(path), YesNo(isMade) + " " + Content(path));
         const std::wstring away = L"\\Files\\away" + std::to_wstring(number++);
         if (Content(L"\\Files\\new") == "folder") platform::MoveFileW(L"\\Files\\new", away.c_str());
         if (Content(L"\\Files\\dir\\new") == "folder") platform::MoveFileW(L"\\Files\\dir\\new", away.c_str());
@@ -121,9 +121,9 @@ void Folders() {
 void Deletions() {
     for (const std::wstring path : kPaths) {
         Restore();
-        Print("delete " + Quoted(path), YesNo(platform::DeleteFileW(path.c_str())) + " " +
-                                            Content(L"\\Files\\a.dat") + " " + Content(L"\\Files\\b.dat") +
-                                            " " + Content(L"\\Files\\dir"));
+        const bool isDeleted = platform::DeleteFileW(path.c_str());
+        Print("delete " + Quoted(path), YesNo(isDeleted) + " " + Content(L"\\Files\\a.dat") + " " +
+                                            Content(L"\\Files\\b.dat") + " " + Content(L"\\Files\\dir"));
     }
 }
 
@@ -157,11 +157,12 @@ void Openings() {
 void Contents() {
     for (const std::wstring path : kPaths) {
         Restore();
-        Print("replace " + Quoted(path),
-              YesNo(platform::ReplaceFileContent(path.c_str(), "new")) + " " + Content(path));
+        const bool isReplaced = platform::ReplaceFileContent(path.c_str(), "new");
+        Print("replace " + Quoted(path), YesNo(isReplaced) + " " + Content(path));
         CleanUp(path);
         Restore();
-        Print("exchange " + Quoted(path), YesNo(Exchange(path, "new")) + " " + Content(path));
+        const bool isExchanged = Exchange(path, "new");
+        Print("exchange " + Quoted(path), YesNo(isExchanged) + " " + Content(path));
         CleanUp(path);
     }
 }
@@ -181,8 +182,8 @@ void Lengths() {
         Print("make folder " + Quoted(made), YesNo(platform::CreateDirectoryW(made.c_str())));
         Put(file, "x");
         Print("content " + Quoted(file), Content(file));
-        Print("replace " + Quoted(file),
-              YesNo(platform::ReplaceFileContent(file.c_str(), "y")) + " " + Content(file));
+        const bool isReplaced = platform::ReplaceFileContent(file.c_str(), "y");
+        Print("replace " + Quoted(file), YesNo(isReplaced) + " " + Content(file));
         Print("move to " + Quoted(moved), YesNo(platform::MoveFileW(file.c_str(), moved.c_str())));
         Print("delete " + Quoted(moved), YesNo(platform::DeleteFileW(moved.c_str())));
     }
