@@ -31,41 +31,63 @@ double CosineSeries(double z) {
 }
 
 // Of head + tail, at most an eighth of a turn.
-SineCosine OfSmall(double head, double tail) {
+double SineOfSmall(double head, double tail) {
+    const double z = head * head;
+    return head + (tail * (1.0 - 0.5 * z) + z * head * SineSeries(z));
+}
+
+double CosineOfSmall(double head, double tail) {
     const double z = head * head;
     const double half = 0.5 * z;
     const double most = 1.0 - half;
-    return {head + (tail * most + z * head * SineSeries(z)),
-            most + (((1.0 - most) - half) + (z * z * CosineSeries(z) - head * tail))};
+    return most + (((1.0 - most) - half) + (z * z * CosineSeries(z) - head * tail));
 }
 
+Reduced Reduce(double angle) {
+    if (std::fabs(angle) <= trigonometry::kNear) return trigonometry::ReduceNear(angle);
+    if (std::isfinite(angle)) return trigonometry::ReduceFar(angle);
+    return {0, angle - angle, 0.0};  // no number
+}
+
+// A quarter turn makes a cosine of a sine and the negative sine of a cosine.
 SineCosine OfReduced(const Reduced& angle) {
-    const SineCosine small = OfSmall(angle.head, angle.tail);
+    const double sine = SineOfSmall(angle.head, angle.tail), cosine = CosineOfSmall(angle.head, angle.tail);
     switch (angle.quarterTurns & 3) {
         case 0:
-            return small;
+            return {sine, cosine};
         case 1:
-            return {small.cosine, -small.sine};
+            return {cosine, -sine};
         case 2:
-            return {-small.sine, -small.cosine};
+            return {-sine, -cosine};
         default:
-            return {-small.cosine, small.sine};
+            return {-cosine, sine};
     }
 }
+
+double CosineOfReduced(const Reduced& angle) {
+    const bool isOdd = (angle.quarterTurns & 1) != 0, isTurnedRound = ((angle.quarterTurns + 1) & 2) != 0;
+    const double cosine = isOdd ? SineOfSmall(angle.head, angle.tail) : CosineOfSmall(angle.head, angle.tail);
+    return isTurnedRound ? -cosine : cosine;
+}
+
+// Below kShort.
+double SineOfShort(double angle) { return angle - angle * angle * angle * (1.0 / 6); }
+double CosineOfShort(double angle) { return 1.0 - angle * angle * 0.5; }
 
 }  // namespace
 
 trigonometry::SineCosine trigonometry::SineAndCosine(double radians) {
     const double magnitude = std::fabs(radians);
     if (magnitude < kTiny) return {radians, 1.0};
-    if (magnitude < kShort)
-        return {radians - radians * radians * radians * (1.0 / 6), 1.0 - radians * radians * 0.5};
-    if (magnitude <= kQuarterPi) return OfSmall(radians, 0.0);
-    if (magnitude <= kNear) return OfReduced(ReduceNear(radians));
-    if (!std::isfinite(radians)) return {radians - radians, radians - radians};
-    return OfReduced(ReduceFar(radians));
+    if (magnitude < kShort) return {SineOfShort(radians), CosineOfShort(radians)};
+    if (magnitude <= kQuarterPi) return {SineOfSmall(radians, 0.0), CosineOfSmall(radians, 0.0)};
+    return OfReduced(Reduce(radians));
 }
 
 double trigonometry::Sine(double radians) { return SineAndCosine(radians).sine; }
 
-double trigonometry::Cosine(double radians) { return SineAndCosine(radians).cosine; }
+double trigonometry::Cosine(double radians) {
+    const double magnitude = std::fabs(radians);
+    if (magnitude < kShort) return CosineOfShort(radians);
+    return magnitude <= kQuarterPi ? CosineOfSmall(radians, 0.0) : CosineOfReduced(Reduce(radians));
+}
