@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -40,6 +41,9 @@ extern const int kGreatestNiceness;
 // Files, and whatever else the system counts as opened by this process.
 std::size_t OpenHandles();
 std::size_t RunningThreads();
+
+// On a thread with a stack of 256 KiB, and waits for it; it throws when none can be made.
+void RunOnSmallStack(const std::function<void()>& work);
 
 // Wine answers otherwise than Windows here and there: tests of that skip.
 bool RunsUnderWine();

@@ -5,8 +5,8 @@
 #include <limits>
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
+#include "tests/support/machine.h"
 #include "tests/support/seed.h"
 #include "tests/track/line_error.h"
 #include "util/trigonometry.h"
@@ -388,24 +388,11 @@ TEST(Thinning, HundredThousandPoints_StayWithinTheTolerance) {
 
 // On a stack of 256 KiB, where a call for each point taken off would not end well.
 TEST(Thinning, PointsTakenOffOneByOne_NeedNoDeepStack) {
-    struct Work {
-        Points all = FallingZigzag(6000);
-        Points kept;
-    } work;
-    pthread_attr_t small;
-    pthread_attr_init(&small);
-    ASSERT_EQ(pthread_attr_setstacksize(&small, 256 * 1024), 0);
-    pthread_t thread;
-    const auto body = [](void* argument) -> void* {
-        auto* that = static_cast<Work*>(argument);
-        that->kept = Thinned(that->all);
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &small, body, &work), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&small);
-    EXPECT_GT(work.kept.size(), 5000u);
-    ExpectFaithful(work.all, work.kept, kTwoMetres);
+    const Points all = FallingZigzag(6000);
+    Points kept;
+    RunOnSmallStack([&] { kept = Thinned(all); });
+    EXPECT_GT(kept.size(), 5000u);
+    ExpectFaithful(all, kept, kTwoMetres);
 }
 
 // Divided at the farthest point this line loses one point at a time.

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <iconv.h>
+#include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -51,6 +52,22 @@ std::size_t EntriesIn(const fs::path& folder) {
 std::size_t OpenHandles() { return EntriesIn("/proc/self/fd"); }
 
 std::size_t RunningThreads() { return EntriesIn("/proc/self/task"); }
+
+void RunOnSmallStack(const std::function<void()>& work) {
+    const auto body = [](void* argument) -> void* {
+        (*static_cast<const std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    pthread_attr_t small;
+    pthread_t thread;
+    pthread_attr_init(&small);
+    const bool isRunning =
+        pthread_attr_setstacksize(&small, 256 * 1024) == 0 &&
+        pthread_create(&thread, &small, body, const_cast<std::function<void()>*>(&work)) == 0;
+    pthread_attr_destroy(&small);
+    if (!isRunning) throw std::runtime_error("no thread with a small stack");
+    pthread_join(thread, nullptr);
+}
 
 bool RunsUnderWine() { return false; }
 

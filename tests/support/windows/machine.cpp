@@ -90,6 +90,18 @@ std::size_t RunningThreads() {
     return count;
 }
 
+void RunOnSmallStack(const std::function<void()>& work) {
+    const auto body = [](void* argument) -> DWORD {
+        (*static_cast<const std::function<void()>*>(argument))();
+        return 0;
+    };
+    const HANDLE thread = CreateThread(nullptr, 256 * 1024, body, const_cast<std::function<void()>*>(&work),
+                                       STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
+    if (thread == nullptr) throw std::runtime_error("no thread with a small stack");
+    WaitForSingleObject(thread, INFINITE);
+    CloseHandle(thread);
+}
+
 bool RunsUnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 fs::path ExecutableOnDisk() {
