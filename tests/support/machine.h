@@ -33,6 +33,8 @@ std::filesystem::path AnyLength(const std::filesystem::path& path);
 void SetLastWriteTime(const std::filesystem::path& file, std::int64_t seconds, long nanoseconds = 0);
 
 std::filesystem::path ExecutableOnDisk();
+// Whether the system runs that once more; not where an emulator is needed that it does not know of.
+bool CanRunItself();
 
 // Of the calling thread: the higher, the later its turn.
 int NicenessOfThisThread();

@@ -30,6 +30,18 @@ void LimitMemoryTo(std::size_t more) {
     if (::setrlimit(RLIMIT_AS, &both) != 0) throw std::runtime_error("cannot limit the memory");
 }
 
+// An emulator takes the limit and goes on without it.
+bool CanLimitMemory() {
+    rlimit before, now;
+    ::getrlimit(RLIMIT_AS, &before);
+    const rlimit tried{before.rlim_max == RLIM_INFINITY ? rlim_t{1} << 40 : before.rlim_max - 1,
+                       before.rlim_max};
+    ::setrlimit(RLIMIT_AS, &tried);
+    ::getrlimit(RLIMIT_AS, &now);
+    ::setrlimit(RLIMIT_AS, &before);
+    return now.rlim_cur == tried.rlim_cur;
+}
+
 }  // namespace
 
 TEST_F(GpxRobustness, Device_IsRefused) {
@@ -76,6 +88,7 @@ TEST_F(GpxRobustness, LargeFile_TakesAFewTimesItsSizeAtMost) {
 
 TEST_F(GpxRobustness, FileTooLargeForTheMemory_IsRefused) {
     if (!kMemoryIsOurs) GTEST_SKIP() << "a sanitizer takes memory of its own";
+    if (!CanLimitMemory()) GTEST_SKIP() << "no limit of memory counts here";
     Write("\\Track\\a.gpx", "<gpx>");
     std::filesystem::resize_file(OnDisk("\\Track\\a.gpx"), 1u << 30);
     const auto import = [&] {
@@ -87,6 +100,7 @@ TEST_F(GpxRobustness, FileTooLargeForTheMemory_IsRefused) {
 
 TEST_F(GpxRobustness, TrackTooLargeForTheMemory_IsNotExportedAndLosesNothing) {
     if (!kMemoryIsOurs) GTEST_SKIP() << "a sanitizer takes memory of its own";
+    if (!CanLimitMemory()) GTEST_SKIP() << "no limit of memory counts here";
     Write("\\Track\\exported.gpx", "old");
     m_points.resize(1000000);
     const auto write = [&] {
@@ -94,5 +108,5 @@ TEST_F(GpxRobustness, TrackTooLargeForTheMemory_IsNotExportedAndLosesNothing) {
         std::exit(ExportTo(L"\\Track\\exported.gpx") ? 1 : 0);
     };
     EXPECT_EXIT(write(), ::testing::ExitedWithCode(0), "");
-    EXPECT_EQ(BytesOf("\\Track\\exported.gpx"), "old");
+    EXPECT_TRUE(BytesOf("\\Track\\exported.gpx") == "old");  // not shown where it differs: it is long
 }

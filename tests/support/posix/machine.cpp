@@ -5,6 +5,7 @@
 #include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -67,6 +68,18 @@ void RunOnSmallStack(const std::function<void()>& work) {
     pthread_attr_destroy(&small);
     if (!isRunning) throw std::runtime_error("no thread with a small stack");
     pthread_join(thread, nullptr);
+}
+
+bool CanRunItself() {
+    const std::string program = ExecutableOnDisk().string();
+    const pid_t child = fork();
+    if (child == 0) {
+        close(STDOUT_FILENO);
+        execl(program.c_str(), program.c_str(), "--gtest_list_tests", nullptr);
+        _exit(1);
+    }
+    int status = 1;
+    return child > 0 && waitpid(child, &status, 0) == child && status == 0;
 }
 
 bool RunsUnderWine() { return false; }

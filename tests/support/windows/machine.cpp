@@ -102,6 +102,8 @@ void RunOnSmallStack(const std::function<void()>& work) {
     CloseHandle(thread);
 }
 
+bool CanRunItself() { return true; }
+
 bool RunsUnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 fs::path ExecutableOnDisk() {
