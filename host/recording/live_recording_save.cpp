@@ -4,8 +4,8 @@
 
 #include "host/recording/live_recording.h"
 #include "host/recording/recording_files.h"
-#include "host/settings/device_path.h"
 #include "host/recording/saved_mark.h"
+#include "host/settings/device_path.h"
 #include "host/text/text.h"
 #include "host/tracks/free_name.h"
 

@@ -5,7 +5,7 @@
 
 #include "host/recording/recording_files.h"
 #include "host/text/file_bytes.h"
-#include "host/text/replace_file.h"
+#include "host/text/output_file.h"
 
 namespace fs = std::filesystem;
 
