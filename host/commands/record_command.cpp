@@ -49,7 +49,8 @@ int ClearFor(const Run& run, LiveRecording& recording) {
     const auto problem = recording.Clear();
     if (!problem) return kDone;
     const auto reopening = recording.Open(run.stop);
-    return reopening ? Fail(*reopening) : BeginNothingNew(*problem, run);
+    if (reopening && !run.stop.Requested()) return Fail(*reopening);
+    return BeginNothingNew(*problem, run);
 }
 
 // The recording that is there becomes a track, unless it is one, and only then gives way.
@@ -63,6 +64,8 @@ int BeginNew(const Run& run, LiveRecording& recording) {
         if (const auto* problem = std::get_if<std::string>(&saved))
             return BeginNothingNew("it cannot be saved: " + *problem, run);
         Tell(old + ", is saved as " + std::get<SavedTrack>(saved).file.string());
+    } else {
+        Tell(old + ", is in no track and gives way, as --new and --no-save ask");
     }
     return ClearFor(run, recording);
 }
@@ -80,6 +83,8 @@ int NothingRecorded(const FixSource& source, const LiveRecording& recording, con
     if (recording.WasFull() && source.Counts().fixes != 0)
         return Fail("the recording is full: it takes no more fixes unless it may overwrite");
     if (read.end == FixSource::Got::Stopped) return kDone;
+    if (recording.Points() != 0 && !recording.IsSaved())
+        Tell(Counted(recording.Points(), "point", "points") + " of before are in no track yet: qtrace save");
     const SourceCounts counts = source.Counts();
     if (counts.fixes == 0)
         return Fail("no usable fix in " + source.Name() +
@@ -96,9 +101,10 @@ int SaveAll(const DeviceFolder& device, LiveRecording& recording, const std::str
 int Conclude(const DeviceFolder& device, LiveRecording& recording, const RecordArguments& arguments,
              const std::string& name) {
     int result = arguments.noSave ? kDone : SaveAll(device, recording, name);
+    const bool isSaved = !arguments.noSave && result == kDone;
     if (recording.Troubles() != 0) result = kFailed;
     if (const auto problem = recording.Check())
-        result = Fail(*problem + (arguments.noSave ? "; what it lacks is lost" : ""));
+        result = Fail(*problem + (isSaved ? "" : "; what it lacks is lost"));
     if (recording.WasFull())
         result = Fail("the recording is full: it takes no more fixes unless it may overwrite");
     return result;
@@ -126,9 +132,11 @@ int SumUp(const DeviceFolder& device, LiveRecording& recording, const RecordedIn
     PrintRecording(recording, run.settings.record);
     const bool isBroken = read.end == FixSource::Got::Error;
     if (isBroken) Fail(run.source.Name() + " cannot be read on: " + run.source.Problem());
-    if (recording.PointsAdded() == 0) return NothingRecorded(run.source, recording, read);
-    const int result = Conclude(device, recording, run.arguments, run.name);
     run.pageStays = read.end != FixSource::Got::Stopped;
+    const bool isLeftUnsaved =
+        !run.pageStays && !run.arguments.noSave && recording.Points() != 0 && !recording.IsSaved();
+    if (recording.PointsAdded() == 0 && !isLeftUnsaved) return NothingRecorded(run.source, recording, read);
+    const int result = Conclude(device, recording, run.arguments, run.name);
     return isBroken ? kFailed : result;
 }
 
@@ -187,7 +195,7 @@ constexpr const char* kFooter =
     "another.\n"
     "A recording that is not saved, after a power cut or a failed save, is continued, unless --new: then it is "
     "saved\n"
-    "first, as a track of its own. Without a usable fix nothing is saved, and the exit code is 1.\n"
+    "first, as a track of its own. Input without a usable fix is saved as nothing, and the exit code is 1.\n"
     "A receiver or daemon that is not there is waited for, and so is one that goes away.\n"
     "Points go to storage 60 at a time (30 by distance, a minute's worth by time); those of a receiver wait 10 "
     "s\n"

@@ -49,7 +49,9 @@ int Save(const Arguments& arguments, const HostSettings& settings) {
 void AddSaveCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App& command = *program.app.add_subcommand("save", "Save the recording as a track");
-    command.footer("The track is read back before anything is said. The recording stays, unless --clear.");
+    command.footer(
+        "The track is read back before anything is said. The recording stays, unless --clear, until the next "
+        "one begins.");
     command.add_option("--as", arguments->name, "Name of the track")->type_name("NAME");
     command.add_flag("--clear", arguments->clear, "Then remove the recording, if the track is whole");
     command.callback([arguments, &program] { program.exitCode = Save(*arguments, program.settings); });

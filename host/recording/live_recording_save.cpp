@@ -50,7 +50,7 @@ std::variant<SavedTrack, LiveRecording::Problem> LiveRecording::Save(const std::
     const auto bad = WhyBad(saved, track.GetPtCount());
     if (!bad) {
         m_knownFiles.insert(file);
-        if (const auto problem = MarkAsSaved(m_device))
+        if (const auto problem = MarkAsSaved(m_device, *saved))
             m_say("the next run continues this recording: " + *problem);
         return *saved;
     }

@@ -1,6 +1,7 @@
 #include "host/recording/saved_mark.h"
 
 #include <cstdint>
+#include <string_view>
 #include <system_error>
 
 #include "host/recording/recording_files.h"
@@ -12,7 +13,7 @@ namespace fs = std::filesystem;
 namespace host {
 namespace {
 
-constexpr std::uint64_t kLargestRing = 16'000'000, kLargestMark = 1000;
+constexpr std::uint64_t kLargestRing = 16'000'000, kLargestMark = 10'000;
 
 fs::path MarkOf(const DeviceFolder& device) { return device.Recording() / "Log.dat.saved"; }
 
@@ -23,25 +24,43 @@ std::uint64_t HashOf(const std::string& bytes) {
     return hash;
 }
 
-// The whole content of the mark, so that comparing it is all there is to reading it.
-std::optional<std::string> MarkText(const DeviceFolder& device) {
+constexpr std::string_view kIn = " points in ";
+
+// The mark's first line.
+std::optional<std::string> RingLine(const DeviceFolder& device) {
     const FileBytes ring = ReadWholeFile(RingFileOf(device).string(), kLargestRing);
     if (!ring.problem.empty()) return std::nullopt;
     return "all of Log.dat is saved: " + std::to_string(ring.bytes.size()) + " bytes, FNV-1a " +
            std::to_string(HashOf(ring.bytes)) + '\n';
 }
 
+// Its second, without the line's end.
+std::string TrackLine(std::uint64_t points, const fs::path& file) {
+    return std::to_string(points) + std::string(kIn) + file.string();
+}
+
+bool IsThere(const DeviceFolder& device, const std::string& trackLine) {
+    const std::size_t in = trackLine.find(kIn);
+    if (in == std::string::npos) return false;
+    const fs::path file = trackLine.substr(in + kIn.size());
+    const auto track = ReadSavedTrack(device, file);
+    return track && TrackLine(track->pointsReadBack, file) == trackLine;
+}
+
 }  // namespace
 
-std::optional<std::string> MarkAsSaved(const DeviceFolder& device) {
-    const auto text = MarkText(device);
-    return text ? ReplaceFile(MarkOf(device), *text)
-                : std::optional(RingFileOf(device).string() + " cannot be read back");
+std::optional<std::string> MarkAsSaved(const DeviceFolder& device, const SavedTrack& track) {
+    const auto ring = RingLine(device);
+    if (!ring) return RingFileOf(device).string() + " cannot be read back";
+    return ReplaceFile(MarkOf(device), *ring + TrackLine(track.pointsReadBack, track.file) + '\n');
 }
 
 bool IsMarkedAsSaved(const DeviceFolder& device) {
     const FileBytes mark = ReadWholeFile(MarkOf(device).string(), kLargestMark);
-    return mark.problem.empty() && MarkText(device) == mark.bytes;
+    const auto ring = RingLine(device);
+    if (!mark.problem.empty() || !ring || !mark.bytes.starts_with(*ring) || !mark.bytes.ends_with('\n'))
+        return false;
+    return IsThere(device, mark.bytes.substr(ring->size(), mark.bytes.size() - ring->size() - 1));
 }
 
 std::optional<std::string> RemoveSavedMark(const DeviceFolder& device) {

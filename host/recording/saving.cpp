@@ -30,8 +30,9 @@ int SaveAndPrint(const std::string& command, const DeviceFolder& device, LiveRec
         PrintSavedTrack(*track);
         return kDone;
     }
-    return Fail(command, "not saved: " + std::get<std::string>(saved) + "; the recording itself is kept in " +
-                             device.Recording().string());
+    const std::string kept =
+        recording.Check() ? "" : "; the recording itself is kept in " + device.Recording().string();
+    return Fail(command, "not saved: " + std::get<std::string>(saved) + kept);
 }
 
 }  // namespace host

@@ -210,6 +210,36 @@ TEST_F(RecordSave, SameDriveOnceMore_IsNotTakenForSaved) {
     EXPECT_EQ(run.err, "continuing a recording of 49 points\n");
 }
 
+// The only copy of the points is then the recording.
+TEST_F(RecordSave, SavedTrackThatIsGone_IsSavedOnceMoreBeforeTheRecordingGivesWay) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    fs::remove(SavedTracks()[0]);
+    const ProcessResult run = Record({Log(Drive(30)), "--new", "--save-as", "second"});
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(SavedTracks().size(), 2u);
+}
+
+TEST_F(RecordSave, SavedTrackThatIsCutShort_DoesNotCount) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--save-as", "first"}).exitCode, 0);
+    fs::resize_file(SavedTracks()[0], 900);
+    const ProcessResult run = Record({Log(Drive(30)), "--no-save"});
+    EXPECT_EQ(run.err, "continuing a recording of 49 points\n");
+}
+
+TEST_F(RecordSave, NewWithoutSaving_SaysWhatGivesWay) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const ProcessResult run = Record({Log(Drive(30)), "--new", "--no-save"});
+    EXPECT_NE(run.err.find("49 points, is in no track and gives way"), std::string::npos) << run.err;
+}
+
+TEST_F(RecordSave, InputWithoutAFix_TellsOfPointsThatAreInNoTrack) {
+    ASSERT_EQ(Record({Log(Drive(50)), "--no-save"}).exitCode, 0);
+    const ProcessResult run = Record({Log("")});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("49 points of before are in no track yet: qtrace save"), std::string::npos)
+        << run.err;
+}
+
 TEST_F(RecordSave, NewAndContinue_ExcludeEachOther) {
     EXPECT_EQ(Record({Log(Drive(50)), "--new", "--continue"}).exitCode, 2);
     EXPECT_FALSE(fs::exists(m_device));

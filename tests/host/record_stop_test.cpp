@@ -100,6 +100,16 @@ TEST_F(RecordStop, SignalBeforeAnyFix_IsNoFailure) {
     EXPECT_TRUE(SavedTracks().empty());
 }
 
+TEST_F(RecordStop, SignalBeforeAnyFix_SavesWhatAnEarlierRunLeft) {
+    ASSERT_EQ(RunProcess(Command({Log(SampleDrive()), "--no-save"})).exitCode, 0);
+    Process recorder(Command({"-", "--save-as", "left", "--write-after", "3600"}));
+    ASSERT_TRUE(Eventually([&] { return recorder.ErrorsSoFar().find("continuing") != std::string::npos; }));
+    recorder.Send(SIGTERM);
+    const ProcessResult run = recorder.Wait();
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_EQ(SavedTracks().size(), 1u);
+}
+
 TEST_F(RecordStop, Killed_LeavesEveryWrittenPointToTheNextRun) {
     const std::string drive = SampleDrive();
     const std::size_t half = drive.find("\r\n", drive.size() / 2) + 2;
