@@ -113,7 +113,7 @@ Json JsonOf(const RingRecord& record) {
     object.update({{"time", IsoTime(record.point.lTime)},
                    {"latitude", record.point.dLatitude},
                    {"longitude", record.point.dLongitude},
-                   {"altitude", record.point.dAltitude},
+                   {"altitude", record.point.dAltitude + 0.0},  // no -0 for the user
                    {"speed", record.point.dSpeed},
                    {"course", record.point.fCourse}});
     return object;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/text/text.h"
+#include "host/tracks/storable_altitude.h"
 
 namespace host {
 namespace {
@@ -25,7 +26,7 @@ TckPt PointOf(const gps_fix_t& fix) {
     TckPt point{};
     point.dLatitude = fix.latitude;
     point.dLongitude = fix.longitude;
-    point.dAltitude = fix.mode >= MODE_3D ? OrZero(fix.altMSL) : 0.0;
+    if (fix.mode >= MODE_3D && std::isfinite(fix.altMSL)) point.dAltitude = MeasuredAltitude(fix.altMSL);
     point.dSpeed = OrZero(fix.speed);
     point.lTime = static_cast<std::int32_t>(fix.time.tv_sec);
     point.fCourse = static_cast<float>(OrZero(fix.track));

@@ -3,6 +3,8 @@
 #include <numeric>
 #include <utility>
 
+#include "host/tracks/storable_altitude.h"
+
 namespace host {
 namespace {
 
@@ -99,7 +101,7 @@ bool NmeaReader::IsGood(Reading reading) {
 
 void NmeaReader::HandOver(const Rmc& rmc, const Gga& gga) {
     Fix fix{rmc.fix, gga.hdop};
-    fix.dAltitude = gga.altitude.value_or(0.0);
+    if (gga.altitude) fix.dAltitude = MeasuredAltitude(*gga.altitude);
     ++m_counts.fixes;
     m_sink(fix);
 }

@@ -1,5 +1,6 @@
 #include "host/source/nmea_reader.h"
 
+#include <cmath>
 #include <filesystem>
 #include <random>
 #include <string>
@@ -82,6 +83,17 @@ TEST_F(Reader, GgaWithoutAltitude_GivesAFixWithout) {
     Gga("085411", "");
     Rmc("085411");
     EXPECT_EQ(Altitudes(), Heights{0});
+}
+
+// 0 is what nobody measured.
+TEST_F(Reader, AltitudeOfZero_IsMeasured) {
+    Gga("085411", "0.0");
+    Rmc("085411");
+    Gga("085412", "");
+    Rmc("085412");
+    ASSERT_EQ(Altitudes(), (Heights{0, 0}));
+    EXPECT_TRUE(std::signbit(Altitudes()[0]));
+    EXPECT_FALSE(std::signbit(Altitudes()[1]));
 }
 
 TEST_F(Reader, TenFixesASecond_AreAllHandedOver) {

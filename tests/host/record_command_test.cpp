@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/host/recorder.h"
 #include "tests/support/gpx_points.h"
@@ -183,6 +184,24 @@ TEST_F(RecordCommand, DeviceFolder_ComesFromTheEnvironment) {
     EXPECT_EQ(with({}), 0);
     for (const fs::path& device : {a, b / "qtrace", c / ".local" / "share" / "qtrace"})
         EXPECT_EQ(ReadRingFile(device / "App" / "Log.dat").points.size(), 19u) << device;
+}
+
+// A drive down to the beach: 5 m for twenty seconds, then the level of the sea.
+TEST_F(RecordCommand, AltitudeOfZero_IsSavedAsOne) {
+    std::string log, rest = Drive(50);
+    for (int second = 0; second < 50; ++second) {
+        log += rest.substr(0, rest.find('\n') + 1) +
+               NmeaLine("GPGGA,0000" + Digits(second, 2) + ",5200.0000,N,00454.1000,E,1,9,0.9," +
+                        (second < 20 ? "5.0" : "0.0") + ",M,47.0,M,,");
+        rest.erase(0, rest.find('\n') + 1);
+    }
+    ASSERT_EQ(Record({"--nmea", Log(log), "--save-as", "beach"}).exitCode, 0);
+    const ProcessResult run =
+        RunProcess({QTRACE_PROGRAM, "points", "beach", "--json", "--device", m_device.string()});
+    const auto points = nlohmann::json::parse(run.out);
+    ASSERT_GT(points.size(), 40u);
+    for (const auto& point : points)
+        EXPECT_EQ(point["altitude"], point["time"] < "2014-04-03T00:00:20Z" ? 5 : 0) << point;
 }
 
 TEST_F(RecordCommand, Terminal_ShowsProgressAndClearsIt) {
