@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "host/text/text.h"
+#include "host/tracks/stored_track.h"
 
 namespace fs = std::filesystem;
 
@@ -58,18 +59,10 @@ std::set<fs::path> PutAsideFiles(const DeviceFolder& device) {
 }
 
 std::string WhyNothingIsWritten(const fs::path& folder) {
-    const fs::path probe = folder / "qtrace.probe";
-    const std::string bytes(65536, ' ');
-    errno = 0;
-    std::ofstream file(probe, std::ios::binary);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.close();
-    const std::string why = file.fail() ? std::strerror(errno)
-                                        : "a trial file of " + std::to_string(bytes.size()) +
-                                              " bytes could be written there just now";
-    std::error_code ignored;
-    fs::remove(probe, ignored);
-    return why;
+    constexpr std::size_t kTrial = 65536;
+    const std::string why = WhyNotWritable(folder, kTrial);
+    return why.empty() ? "a trial file of " + std::to_string(kTrial) + " bytes could be written there just now"
+                       : why;
 }
 
 }  // namespace host

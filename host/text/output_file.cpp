@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <stdio.h>
+#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -71,6 +72,12 @@ void CommitFolder(const std::string& file) {
 
 }  // namespace
 
+int MakeTemporary(const fs::path& folder, std::string& path) {
+    constexpr std::string_view kEnd = ".tmp";
+    path = (folder / (".qtrace-" + std::to_string(getpid()) + "-XXXXXX")).string().append(kEnd);
+    return mkostemps(path.data(), static_cast<int>(kEnd.size()), O_CLOEXEC);
+}
+
 OutputFile::OutputFile(const std::string& path, bool overwrite) : m_path(path), m_overwrite(overwrite) {
     std::error_code unreadable;
     if (path == "-") {
@@ -96,8 +103,7 @@ void OutputFile::OpenTemporary() {
         errno = ELOOP;
         return Remember("written");
     }
-    m_temporary = (target.parent_path() / ".qtrace-XXXXXX").string();
-    m_descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
+    m_descriptor = MakeTemporary(target.parent_path(), m_temporary);
     if (m_descriptor < 0) m_temporary.clear();
     if (m_descriptor < 0 || !TakeRightsOf(m_path, m_descriptor)) Remember("written");
 }

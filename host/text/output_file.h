@@ -12,6 +12,11 @@ namespace host {
 // Takes a document piece by piece. False when there is no use in going on.
 using TextSink = std::function<bool(std::string_view)>;
 
+// Makes a file in that folder that nothing else has, ".qtrace-PROCESS-XXXXXX.tmp": by this name one that a
+// killed process has left behind is known. The descriptor and the path; negative, and errno says why, when it
+// cannot be.
+int MakeTemporary(const std::filesystem::path& folder, std::string& path);
+
 // A file is written under a temporary name beside its place and takes the place when it is complete and on
 // storage; a file that is there already is left alone unless `overwrite`, and its owner and rights stay. A link
 // keeps leading to its file, which is made where it is missing. Devices and pipes are written to as they are.

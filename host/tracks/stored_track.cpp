@@ -11,6 +11,8 @@
 #include <iterator>
 #include <vector>
 
+#include "host/text/output_file.h"
+
 namespace fs = std::filesystem;
 
 namespace host {
@@ -106,8 +108,8 @@ std::optional<std::string> ChangeHeader(const Library& library, CTrackProxy& tra
 }
 
 std::string WhyNotWritable(const fs::path& folder, std::size_t bytes) {
-    std::string name = (folder / ".qtrace-XXXXXX").string();
-    const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
+    std::string name;
+    const int descriptor = MakeTemporary(folder, name);
     if (descriptor < 0) return std::strerror(errno);
     const int problem = TryToFill(descriptor, bytes);
     ::close(descriptor);

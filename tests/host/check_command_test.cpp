@@ -1,8 +1,12 @@
 // `qtrace check`: what it finds wrong with tracks, the recording and the folders
 // (host/recording/device_health.h).
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <gtest/gtest.h>
 
 #include "host/recording/device_health.h"
+#include "host/text/output_file.h"
 #include "tests/host/commands.h"
 #include "tests/host/ring_bytes.h"
 
@@ -117,6 +121,22 @@ TEST_F(Check, LeftoversOfDeadProcesses_AreNamed) {
     EXPECT_TRUE(Contains(json.at("left_behind").at(0), ".qtrace-999999999-0.tmp is half written"));
     EXPECT_TRUE(Contains(json.at("left_behind").at(1), "TmpTk2.bk is a damaged recording"));
     EXPECT_EQ(Run("check").exitCode, 1);
+}
+
+TEST_F(Check, FileOfAKilledProcess_IsNamedAndOneInHandIsNot) {
+    const std::string file = (m_device / "UserData" / "Track" / "half.gpx").string();
+    const pid_t killed = fork();
+    if (killed == 0) {
+        OutputFile output(file, true);
+        _exit(output.Write("half") ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(killed, &status, 0), killed);
+    ASSERT_EQ(status, 0);
+    const OutputFile inHand(file, true);
+    const auto left = Json("check").at("left_behind");
+    ASSERT_EQ(left.size(), 1u) << left;
+    EXPECT_TRUE(Contains(left.at(0), ".qtrace-" + std::to_string(killed) + '-')) << left;
 }
 
 TEST_F(Check, DamagedRecording_IsNamed) {
