@@ -14,12 +14,13 @@
 #include "host/recording/saving.h"
 #include "host/recording/summary.h"
 #include "host/source/open_source.h"
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 
 namespace host {
 namespace {
 
-void Tell(const std::string& message) { std::cerr << message + '\n'; }
+void Tell(const std::string& message) { std::cerr << Printable(message) + '\n'; }
 
 int Fail(const std::string& message) { return host::Fail("record", message); }
 

@@ -4,6 +4,7 @@
 
 #include "host/program.h"
 #include "host/recording/summary.h"
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 #include "host/tracks/track_name.h"
 
@@ -18,7 +19,7 @@ std::optional<std::string> NameToSave(const std::string& command, const std::str
         return std::nullopt;
     }
     if (name.wasChanged)
-        std::cerr << "qtrace " + command + ": the track will be named " + ToUtf8(name.text) +
+        std::cerr << "qtrace " + command + ": the track will be named " + Printable(ToUtf8(name.text)) +
                          ": names have at most 32 bytes, and fit for a file\n";
     return name.text;
 }

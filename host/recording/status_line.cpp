@@ -3,6 +3,7 @@
 #include <iostream>
 #include <utility>
 
+#include "host/text/display_width.h"
 #include "host/text/terminal.h"
 
 namespace host {
@@ -46,7 +47,7 @@ void StatusLine::Draw(const std::string& text) {
 
 void StatusLine::Say(const std::string& message) {
     Clear();
-    std::cerr << "qtrace " + m_command + ": " + message + '\n' << std::flush;
+    std::cerr << "qtrace " + m_command + ": " + Printable(message) + '\n' << std::flush;
 }
 
 }  // namespace host

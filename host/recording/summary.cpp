@@ -3,13 +3,14 @@
 #include <iomanip>
 #include <iostream>
 
+#include "host/text/display_width.h"
 #include "host/text/text.h"
 
 namespace host {
 namespace {
 
 void PrintLine(const std::string& label, const std::string& text) {
-    std::cout << std::left << std::setw(12) << label << text << '\n';
+    std::cout << std::left << std::setw(12) << label << Printable(text) << '\n';
 }
 
 std::string ModeText(const RecordSettings& settings) {

@@ -66,6 +66,29 @@ Character FirstOf(std::string_view text) {
     return {code, bytes};
 }
 
+// With what `instead` gives for each control character.
+template <typename Instead>
+std::string WithControls(std::string_view text, Instead instead) {
+    std::string replaced;
+    while (!text.empty()) {
+        const Character next = FirstOf(text);
+        if (IsIn(kControls, next.code))
+            replaced += instead(next.code);
+        else
+            replaced += text.substr(0, next.bytes);
+        text.remove_prefix(next.bytes);
+    }
+    return replaced;
+}
+
+// "\u202e". All of them have four digits.
+std::string Escape(char32_t control) {
+    std::string text = "\\u0000";
+    for (std::size_t digit = text.size(); control != 0; control >>= 4)
+        text[--digit] = "0123456789abcdef"[control & 15];
+    return text;
+}
+
 }  // namespace
 
 std::size_t DisplayWidth(const std::string& text) {
@@ -93,18 +116,13 @@ std::string FitWidth(const std::string& text, std::size_t columns) {
 }
 
 std::string ReplaceControls(std::string_view text, char instead) {
-    std::string replaced;
-    while (!text.empty()) {
-        const Character next = FirstOf(text);
-        if (IsIn(kControls, next.code))
-            replaced += instead;
-        else
-            replaced += text.substr(0, next.bytes);
-        text.remove_prefix(next.bytes);
-    }
-    return replaced;
+    return WithControls(text, [instead](char32_t) { return std::string(1, instead); });
 }
 
 std::string Printable(const std::string& text) { return ReplaceControls(text, '?'); }
+
+std::string EscapeControls(std::string_view json) {
+    return WithControls(json, [](char32_t control) { return control == '\n' ? "\n" : Escape(control); });
+}
 
 }  // namespace host

@@ -18,6 +18,9 @@ std::string FitWidth(const std::string& text, std::size_t columns);
 // round the writing beside it.
 std::string Printable(const std::string& text);
 
+// With "\u009b" for each control character but the line end: the same to whoever reads it as JSON.
+std::string EscapeControls(std::string_view json);
+
 // With `instead` for each control character: those below a blank, U+007F to U+009F, and those of the writing
 // direction. Of bytes that are no UTF-8, those of these values.
 std::string ReplaceControls(std::string_view text, char instead);

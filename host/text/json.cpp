@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "host/settings/host_settings.h"
+#include "host/text/display_width.h"
 #include "host/text/iso_time.h"
 #include "host/text/text.h"
 
@@ -80,7 +81,7 @@ Json StatisticsJson(const Statistics& s) {
 std::string JsonText(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
 void PrintJson(const Json& json) {
-    std::cout << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    std::cout << EscapeControls(json.dump(2, ' ', false, Json::error_handler_t::replace)) << '\n';
 }
 
 }  // namespace host

@@ -32,7 +32,7 @@ Json StatisticsJson(const Statistics& statistics);
 // In one line. Bytes that are no UTF-8 are replaced.
 std::string JsonText(const Json& json);
 
-// On standard output, indented, with a line end; bytes likewise.
+// On standard output, indented, with a line end; bytes likewise, and controls of the terminal as "\u009b".
 void PrintJson(const Json& json);
 
 }  // namespace host

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/host/library_program.h"
+#include "tests/host/recorder.h"
 
 namespace fs = std::filesystem;
 
@@ -30,6 +31,7 @@ TEST_F(ForeignText, NameInAFile_IsShownWithoutControls) {
     EXPECT_TRUE(Contains(Said({"merge", "a", "b", "--as", "c"}), std::string("B starts before ") + kShown));
     EXPECT_TRUE(Contains(Said({"color", "a", "ff0000"}), kShown));
     EXPECT_EQ(Json({"info", "a"})["name"], kTitle);
+    EXPECT_TRUE(Contains(Said({"info", "a", "--json"}), "\"Lake\\u009b2J\\u202eB\""));
 }
 
 TEST_F(ForeignText, FileName_IsShownWithoutControls) {
@@ -51,6 +53,18 @@ TEST_F(ForeignText, Import_SaysNamesAndFilesWithoutControls) {
     EXPECT_TRUE(Contains(Said({"import", file}), "skipped   Lake?2J?B"));
     WriteFile(file, "<gpx>");
     EXPECT_TRUE(Contains(Said({"import", file}), "?1.gpx: line 1"));
+}
+
+TEST_F(ForeignText, Record_SaysNamesAndFilesWithoutControls) {
+    const std::string log = (m_folder.Path() / "log\u009b.nmea").string();
+    WriteFile(log, Drive(50));
+    EXPECT_TRUE(
+        Contains(Said({"record", "--nmea", log, "--save-as", "a/\u009b\u202eb"}), "will be named a___b"));
+    EXPECT_TRUE(Contains(Said({"record", "--nmea", log, "--new"}), "log?.nmea"));
+    EXPECT_TRUE(Contains(Said({"save", "--as", "c/\u009b"}), "will be named c__"));
+    const std::string device = m_device.string() + "\u009b";
+    Said({"record", "--nmea", log, "--device", device, "--no-save"});
+    EXPECT_TRUE(Contains(Said({"record", "--nmea", log, "--device", device, "--new"}), "is saved as "));
 }
 
 TEST_F(ForeignText, NamesOnTheCommandLine_AreSaidWithoutControls) {

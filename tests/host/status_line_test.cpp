@@ -46,5 +46,11 @@ TEST_F(PlainStatusLine, Message_NamesTheCommand) {
     EXPECT_EQ(SoFar(), "qtrace record: the receiver is gone\n");
 }
 
+TEST_F(PlainStatusLine, Message_SteersNoTerminal) {
+    StatusLine line("record");
+    line.Say("the receiver \033[2J\u009b is gone");
+    EXPECT_EQ(SoFar(), "qtrace record: the receiver ?[2J? is gone\n");
+}
+
 }  // namespace
 }  // namespace host
