@@ -24,6 +24,14 @@ std::size_t FirstThatTakesATime(const Points& points) {
     return std::min(at, points.size());
 }
 
+void TellOfGivenAltitudes(std::size_t points) {
+    if (points == 1)
+        std::cerr << "note: 1 point knows no altitude: it is stored with that of the point before it\n";
+    else if (points != 0)
+        std::cerr << "note: " << points
+                  << " points know no altitude: they are stored with that of the point before them\n";
+}
+
 }  // namespace
 
 std::optional<std::string> NewTrackName(const Library& library, const std::string& command,
@@ -52,7 +60,7 @@ std::optional<std::string> StorePoints(const Library& library, const Points& poi
     track.SetColor(like.color);
     track.SetVisible(like.visible);
     Points storable = points;
-    FillUnknownAltitudes(storable);
+    TellOfGivenAltitudes(FillUnknownAltitudes(storable));
     for (const TckPt& point : storable) track.AppendPt(point, false);
     if (const auto problem = library.Store(track)) return problem;
     CTrackProxy* stored = library.Find(name);

@@ -15,8 +15,8 @@ std::optional<std::string> NewTrackName(const Library& library, const std::strin
                                         const std::string& wanted);
 
 // Stores these points under a free name, in the color and visibility of `like`, and reads them back point by
-// point. An altitude that is not known is stored as that of the point before it; a time that is not known
-// cannot stand behind one that is. Otherwise says why not, and nothing is left behind.
+// point. An altitude that is not known is stored as that of the point before it, and that is told; a time that
+// is not known cannot stand behind one that is. Otherwise says why not, and nothing is left behind.
 std::optional<std::string> StorePoints(const Library& library, const Points& points, const std::string& name,
                                        const StoredTrack& like);
 

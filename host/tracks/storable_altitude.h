@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 
 #include "qtrace.h"
 
@@ -16,14 +17,20 @@ inline bool KnowsAltitude(const TckPt& point) {
 // A measured altitude as a point holds it.
 inline double MeasuredAltitude(double metres) { return metres == 0 ? -0.0 : metres; }
 
-// What the points will be read as: an altitude that is not known becomes that of the point before it.
+// What the points will be read as: an altitude that is not known becomes that of the point before it. How many
+// have been given one in this way.
 template <typename PointList>
-void FillUnknownAltitudes(PointList& points) {
+std::size_t FillUnknownAltitudes(PointList& points) {
+    std::size_t given = 0;
     double before = 0;
     for (TckPt& point : points) {
-        if (!KnowsAltitude(point)) point.dAltitude = before;
+        if (!KnowsAltitude(point)) {
+            point.dAltitude = before;
+            if (KnowsAltitude(point)) ++given;
+        }
         before = point.dAltitude;
     }
+    return given;
 }
 
 }  // namespace host

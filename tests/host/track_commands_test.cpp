@@ -65,7 +65,9 @@ TEST_F(ReverseCommand, UnknownAltitude_BecomesThatOfThePointBefore) {
     Edit("Lake", "<ele>400.000000</ele>", "");
     ASSERT_TRUE(Json({"points", "Lake"})[0]["altitude"].is_null());
     Edit("Lake", "<ele>400.000000</ele>", "<ele>-0.000000</ele>");
-    EXPECT_EQ(Run({"reverse", "Lake"}).exitCode, 0);
+    const ProcessResult run = Run({"reverse", "Lake"});
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.err, "note: 1 point knows no altitude: it is stored with that of the point before it\n");
     const auto points = Json({"points", "Lake"});
     EXPECT_EQ(points[0]["altitude"], 400);
     EXPECT_EQ(points[1]["altitude"], 0);
@@ -164,6 +166,18 @@ TEST_F(MergeCommand, OverlappingTimes_AreSaid) {
     AddTrack("a", {{0, 0}, {100, 500}});
     AddTrack("b", {{500, 100}, {600, 950}});
     EXPECT_TRUE(Contains(Run({"merge", "a", "b", "--as", "c"}).err, "b starts before a has ended"));
+}
+
+TEST_F(MergeCommand, UnknownAltitudes_AreSaidWhereTheyAreGivenOne) {
+    AddTrack("high", {{0, 0}, {100, 50}});
+    AddTrack("flat", {{500, 900}, {600, 950}});
+    for (int point = 0; point < 2; ++point) Edit("flat", "<ele>400.000000</ele>", "");
+    EXPECT_EQ(Run({"merge", "high", "flat", "--as", "both"}).err,
+              "note: 2 points know no altitude: they are stored with that of the point before them\n");
+    AddTrack("early", {{0, 0}, {100, 50}});
+    for (int point = 0; point < 2; ++point) Edit("early", "<ele>400.000000</ele>", "");
+    AddTrack("late", {{500, 900}, {600, 950}});
+    EXPECT_EQ(Run({"merge", "early", "late", "--as", "other"}).err, "");
 }
 
 TEST_F(SplitCommand, Gap_MakesNumberedTracks) {
