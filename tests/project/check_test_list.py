@@ -24,7 +24,7 @@ def listed_tests(build):
 def written_tests(root):
     """(file, line, name) of every test; the name as CTest should have it, but for parameters."""
     for file in cpp_files(root):
-        if file.parts[0] != "tests" or not file.name.endswith("_test.cpp") or "windows" in file.parts:
+        if file.parts[0] != "tests" or not file.name.endswith("_test.cpp"):
             continue
         text = code_only(read(root, file))
         found = [(file, line_of(text, m.start(1)), f"{file.parts[1]}.{m[2]}.{m[3]}") for m in TEST.finditer(text)]
@@ -49,7 +49,7 @@ def missing_tests(written, listed):
             yield f"{file}:{line}: no test in it"
         elif "DISABLED_" in name:
             yield f"{file}:{line}: {name} is switched off"
-        elif name not in known and not unbuilt:
+        elif name not in known and not unbuilt and "windows" not in file.parts:
             yield f"{file}:{line}: {name} is not in CTest's list (is its folder in tests/CMakeLists.txt?)"
 
 
