@@ -157,10 +157,14 @@ void CTrackEx::TakeBackAppend(const log_file::RingHeader& before) {
 }
 
 // A file made with a larger capacity is written anew with its newest points before its oldest are overwritten:
-// the header of a smaller ring would make it inconsistent, and lost at the next start.
+// the header of a smaller ring would make it inconsistent, and lost at the next start. Likewise one that has
+// turned under a smaller capacity: its header would count slots that are not there.
 bool CTrackEx::RingFitsCapacity(log_file::RingHeader& header) {
     auto ring = log_file::ReadHeader(m_pPointFile);
-    if (ring && ring->count > m_usMaxPtCount && m_bOverWrt)
+    const bool isLarger = ring && ring->count > m_usMaxPtCount;
+    const bool hasTurnedEarly =
+        ring && ring->start != 0 && ring->start <= ring->count && ring->count < m_usMaxPtCount;
+    if (m_bOverWrt && (isLarger || hasTurnedEarly))
         ring = SaveSliceData() ? log_file::ReadHeader(m_pPointFile) : std::nullopt;
     if (ring) header = *ring;
     return ring.has_value();

@@ -217,6 +217,19 @@ TEST_F(LogTrackAppending, OverwritingMayBeSwitchedWhileOpen) {
 
 // --- Rings made with another capacity ---
 
+TEST_F(LogTrackAppending, RingThatTurnedUnderASmallerCapacity_IsWrittenAnewAndGoesOn) {
+    Open(6);
+    Record(5);
+    Record(1);
+    Record(2);
+    ASSERT_EQ(Ring(), (RingState{2, 6}));
+    EXPECT_TRUE(Open(50));
+    EXPECT_TRUE(Record(3));
+    EXPECT_EQ(Ring(), (RingState{0, 9}));
+    EXPECT_TRUE(Open(50));
+    EXPECT_EQ(Times(), (std::vector<int>{2, 3, 4, 5, 6, 7, 8, 9, 10}));
+}
+
 TEST_F(LogTrackAppending, WrappedRingThatIsNotFull_MovesItsStartOnly) {
     OpenWrapped(5, 2);
     const std::vector<std::string> before = Slots(5);
