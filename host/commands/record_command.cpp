@@ -196,7 +196,7 @@ constexpr const char* kFooter =
     "another.\n"
     "A recording that is not saved, after a power cut or a failed save, is continued, unless --new: then it is "
     "saved\n"
-    "first, as a track of its own. Input without a usable fix is saved as nothing, and the exit code is 1.\n"
+    "first, as a track of its own. When an input ends without a usable fix nothing is saved: exit code 1.\n"
     "A receiver or daemon that is not there is waited for, and so is one that goes away.\n"
     "Points go to storage 60 at a time (30 by distance, a minute's worth by time); those of a receiver wait 10 "
     "s\n"
