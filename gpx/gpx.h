@@ -15,6 +15,9 @@ namespace rapidxml {
 template <class Ch>
 class xml_document;
 }
+namespace gpx {
+class TextWindow;
+}
 
 // The document's metadata. Texts are zero-terminated, in the ANSI code page, at most 64 bytes long; empty ones
 // are not written. Copied as one block.
@@ -76,7 +79,7 @@ class CGPXTransmit {
  private:
     enum class Content { Whole, Head, Points };
     bool Import(const std::wstring& path, GpxTrackInfo* info, Content wanted);
-    bool ReadDocument(char* text, Content wanted);
+    bool ReadDocument(gpx::TextWindow& text, Content wanted);
 
     GpxMetadata m_metadata;
     std::int32_t m_iSourceEncoding;  // of the last import: 0 ANSI code page, 1 UTF-8, 2 UTF-16

@@ -65,13 +65,21 @@ bool IsPoint(Place place) { return place == Place::Point || place == Place::Othe
 
 class OutlineMaker {
  public:
-    OutlineMaker(char* text, gpx::PointsWanted wanted)
-        : m_scanner(text), m_outlineEnd(text), m_rest(text), m_wanted(wanted), m_points(m_scanner.TextEnd()) {}
+    OutlineMaker(gpx::TextWindow& text, gpx::PointsWanted wanted)
+        : m_text(text),
+          m_scanner(text.Begin(), text.End()),
+          m_outlineEnd(text.Begin()),
+          m_rest(text.Begin()),
+          m_wanted(wanted),
+          m_points(text.ExpectedSize()) {}
 
     gpx::Points Run();
 
  private:
     Markup Next();
+    Markup Scan();
+    void LookAhead();
+    void ReadOn(std::size_t ahead);
     void Enter(const Markup& tag);
     void Leave(const Markup& tag);
     Place PlaceOf(std::string_view name);
@@ -83,6 +91,7 @@ class OutlineMaker {
     bool IsWanted(Place place) const;
     void Keep(std::string_view part);
 
+    gpx::TextWindow& m_text;
     XmlScanner m_scanner;
     char* m_outlineEnd;  // the outline grows over the text that has been scanned
     char* m_rest;        // of the text: neither in the outline yet nor taken out
@@ -94,7 +103,7 @@ class OutlineMaker {
     bool m_hasTrack = false;
     int m_segments = 0;
     bool m_isSegmentEmpty = true;
-    char* m_pointBegin = nullptr;
+    std::ptrdiff_t m_pointBegin = 0;  // from the rest on
     std::size_t m_piecesBeforeMarkup = 0;
     std::size_t m_piecesBeforePoint = 0;
     std::size_t m_piecesOfPoints = 0;  // of those taken out
@@ -119,11 +128,42 @@ gpx::Points OutlineMaker::Run() {
 }
 
 Markup OutlineMaker::Next() {
+    LookAhead();
     m_piecesBeforeMarkup = m_scanner.Pieces();
-    const Markup markup = m_scanner.Next();
+    const Markup markup = Scan();
     if (m_scanner.Pieces() - m_piecesOfPoints > kMostPieces)
         throw rapidxml::parse_error("too many elements that are no points", markup.begin);
     return markup;
+}
+
+// A markup may break off where the text has been read to: then twice as much is read, and it is looked at anew.
+Markup OutlineMaker::Scan() {
+    for (std::size_t ahead = 2 * m_text.Piece(); !m_text.IsWhole(); ahead *= 2) {
+        const XmlScanner before = m_scanner;
+        try {
+            const Markup markup = m_scanner.Next();
+            if (markup.kind != MarkupKind::None) return markup;
+        } catch (const rapidxml::parse_error&) {
+        }
+        m_scanner = before;
+        ReadOn(ahead);
+    }
+    return m_scanner.Next();
+}
+
+// So far that a point of the usual kind does not break off.
+void OutlineMaker::LookAhead() {
+    const auto left = static_cast<std::size_t>(m_scanner.TextEnd() - m_scanner.At());
+    if (left < m_text.Piece() / 16 && !m_text.IsWhole()) ReadOn(m_text.Piece());
+}
+
+// What has been taken out makes room.
+void OutlineMaker::ReadOn(std::size_t ahead) {
+    const std::ptrdiff_t outline = m_outlineEnd - m_text.Begin();
+    const std::ptrdiff_t scanned = m_scanner.At() - m_rest;
+    m_text.ReadOn(m_outlineEnd, m_rest, static_cast<std::size_t>(scanned) + ahead);
+    m_outlineEnd = m_rest = m_text.Begin() + outline;
+    m_scanner.GoOnIn(m_rest + scanned, m_text.End());
 }
 
 void OutlineMaker::Enter(const Markup& tag) {
@@ -132,7 +172,7 @@ void OutlineMaker::Enter(const Markup& tag) {
     m_places[++m_depth] = place;
     if (place == Place::Segment) BeginSegment();
     if (!IsPoint(place)) return;
-    m_pointBegin = tag.begin;
+    m_pointBegin = tag.begin - m_rest;
     m_piecesBeforePoint = m_piecesBeforeMarkup;
 }
 
@@ -140,8 +180,8 @@ void OutlineMaker::Leave(const Markup& tag) {
     if (m_depth == 0) throw rapidxml::parse_error("end tag without start tag", tag.begin);
     const Place place = m_places[m_depth--];
     if (!IsPoint(place)) return;
-    Parse(place, m_pointBegin, tag.end);
-    TakeOut(place, m_pointBegin, tag.end);
+    Parse(place, m_rest + m_pointBegin, tag.end);
+    TakeOut(place, m_rest + m_pointBegin, tag.end);
     m_piecesOfPoints += m_scanner.Pieces() - m_piecesBeforePoint;
 }
 
@@ -167,6 +207,7 @@ void OutlineMaker::TakeOutPlainPoints() {
     const Place place = Follow(m_places[m_depth], gpx::kPoint);
     if (!IsPoint(place)) return;
     for (bool isFirst = true;; isFirst = false) {
+        LookAhead();
         char* begin = m_scanner.At();
         while (IsBlank(*begin)) ++begin;
         const std::size_t size = ReadPlainPoint(place, begin);
@@ -181,7 +222,7 @@ void OutlineMaker::TakeOutPlainPoints() {
 std::size_t OutlineMaker::ReadPlainPoint(Place place, const char* begin) {
     if (!IsWanted(place)) return m_plainPoints.Measure(begin, m_scanner.TextEnd());
     const std::size_t size = m_plainPoints.Read(begin, m_point);
-    if (size != 0) m_points.Add(m_point, begin + size);
+    if (size != 0) m_points.Add(m_point, m_text.PositionOf(begin + size));
     return size;
 }
 
@@ -197,7 +238,8 @@ void OutlineMaker::TakeOut(Place place, char* begin, char* end) {
 void OutlineMaker::Parse(Place place, char* begin, char* end) {
     const char behind = std::exchange(*end, '\0');
     m_parsed->parse<rapidxml::parse_default>(begin);
-    if (IsWanted(place) && gpx::ReadPoint(*m_parsed->first_node(), m_point)) m_points.Add(m_point, end);
+    if (IsWanted(place) && gpx::ReadPoint(*m_parsed->first_node(), m_point))
+        m_points.Add(m_point, m_text.PositionOf(end));
     m_parsed->clear();
     *end = behind;
 }
@@ -215,4 +257,6 @@ void OutlineMaker::Keep(std::string_view part) {
 
 }  // namespace
 
-gpx::Points gpx::TakeOutPoints(char* text, PointsWanted wanted) { return OutlineMaker(text, wanted).Run(); }
+gpx::Points gpx::TakeOutPoints(TextWindow& text, PointsWanted wanted) {
+    return OutlineMaker(text, wanted).Run();
+}

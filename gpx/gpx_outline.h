@@ -5,6 +5,7 @@
 
 #include <vector>
 
+#include "gpx/text_window.h"
 #include "track/point.h"
 #include "util/je_allocator.h"
 
@@ -15,9 +16,9 @@ using Points = std::vector<TckPt, je_allocator<TckPt>>;
 enum class PointsWanted { None, OfFirstSegment, OfAllSegments };
 
 // Reads the points of the first trk of the first gpx, in document order, and takes the points of all tracks and
-// routes and all waypoints out of `text`, which is zero-terminated and becomes shorter. A trkseg that held
-// points is left with one trkpt, which says nothing. Elements nested too deep, and whatever RapidXML refuses,
-// throw rapidxml::parse_error.
-Points TakeOutPoints(char* text, PointsWanted wanted);
+// routes and all waypoints out of `text`, which has no zero in it, is read to its end and becomes shorter. A
+// trkseg that held points is left with one trkpt, which says nothing. Elements nested too deep, and whatever
+// RapidXML refuses, throw rapidxml::parse_error; a file that cannot be read on throws as TextWindow says.
+Points TakeOutPoints(TextWindow& text, PointsWanted wanted);
 
 }  // namespace gpx

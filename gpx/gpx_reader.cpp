@@ -1,5 +1,8 @@
-// A GPX document as a track. The other direction: gpx_writer.cpp. In order of work: gpx_source.h loads the
+// A GPX document as a track. The other direction: gpx_writer.cpp. In order of work: gpx_source.h opens the
 // text, gpx_outline.h reads the points, gpx_header.h reads the rest.
+#include <optional>
+#include <utility>
+
 #include "gpx/gpx.h"
 #include "gpx/gpx_header.h"
 #include "gpx/gpx_names.h"
@@ -48,28 +51,28 @@ bool CGPXTransmit::ImportGpxPoints(const std::wstring& path, GpxTrackInfo* info)
 
 bool CGPXTransmit::Import(const std::wstring& path, GpxTrackInfo* info, Content wanted) {
     m_pTrackInfo = info;
-    std::unique_ptr<std::string> text;
+    std::optional<gpx::TextWindow> text;
     bool isRead = false;
     try {
         if (!HasGpxExtension(path)) return false;
-        text = std::make_unique<std::string>(gpx::LoadSource(path, m_iSourceEncoding));
-        isRead = ReadDocument(text->data(), wanted);
+        text.emplace(gpx::LoadSource(path, m_iSourceEncoding));
+        isRead = ReadDocument(*text, wanted);
     } catch (...) {
         // KEPT: the text of a document that is refused is never freed. Pinned by the leak checker, which
         // reports every other block that is lost.
-        KeepLeaked(text.release());
+        if (text) KeepLeaked(text->Release());
     }
     m_pDocument.reset();
     return isRead;
 }
 
-bool CGPXTransmit::ReadDocument(char* text, Content wanted) {
+bool CGPXTransmit::ReadDocument(gpx::TextWindow& text, Content wanted) {
     auto pointsWanted = gpx::PointsWanted::None;
     if (wanted == Content::Whole) pointsWanted = gpx::PointsWanted::OfAllSegments;
     if (wanted == Content::Points) pointsWanted = gpx::PointsWanted::OfFirstSegment;
     gpx::Points points = gpx::TakeOutPoints(text, pointsWanted);
     m_pDocument = std::make_unique<gpx::XmlDocument>();
-    m_pDocument->parse<rapidxml::parse_default>(text);
+    m_pDocument->parse<rapidxml::parse_default>(text.Begin());
 
     const gpx::XmlNode* root = gpx::Child(*m_pDocument, gpx::kGpx);
     if (root == nullptr) return false;

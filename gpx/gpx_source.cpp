@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 #include "gpx/gpx_text.h"
 #include "platform/code_page.h"
@@ -16,51 +16,25 @@ namespace {
 
 constexpr unsigned kCodePageOfUtf16 = 936;
 
-struct Closer {
-    void operator()(std::FILE* stream) const { platform::fclose(stream); }
-};
-using Stream = std::unique_ptr<std::FILE, Closer>;
-
-// How much there is to read, as a guess: the file may change meanwhile.
-std::size_t GuessSize(std::FILE* stream) {
-    std::fseek(stream, 0, SEEK_END);
-    const long size = std::ftell(stream);
-    std::rewind(stream);
-    return size > 0 ? static_cast<std::size_t>(size) : 0;
-}
-
-std::string ReadAll(std::FILE* stream) {
-    if (stream == nullptr) throw std::runtime_error("cannot open file");
-    std::string text(GuessSize(stream) + 1, '\0');
-    std::size_t size = 0;
-    while (const std::size_t got = std::fread(text.data() + size, 1, text.size() - size, stream)) {
-        size += got;
-        if (size == text.size()) text.resize(2 * size);
-    }
-    if (std::ferror(stream) != 0) throw std::runtime_error("cannot read file");
-    text.resize(size);
-    return text;
-}
-
-// A text, and the file that it was read from as it was then.
-struct Read {
+// A text, and the file that it is read from as it was then.
+struct Source {
     std::optional<platform::FileState> file;
-    std::string text;
+    gpx::TextWindow text;
 };
 
-Read ReadFile(const std::wstring& path) {
-    const Stream stream(platform::_wfopen(path.c_str(), L"rb"));
+Source Open(const std::wstring& path) {
+    gpx::Stream stream(platform::_wfopen(path.c_str(), L"rb"));
+    if (stream == nullptr) throw std::runtime_error("cannot open file");
     const auto file = platform::StateOf(stream.get());
-    return {file, ReadAll(stream.get())};
+    return {file, gpx::TextWindow(std::move(stream), file ? file->size : 0)};
 }
 
-// Whether a line feed without a carriage return stands among the first 256 bytes. A text that holds a zero is
-// none whose lines could be cut: UTF-16 above all.
+// Whether a line feed without a carriage return stands among the first 256 bytes.
 bool NeedsCarriageReturns(std::string_view text) {
     constexpr std::size_t kLookedAt = 256;
     const std::string_view start = text.substr(0, kLookedAt);
     for (std::size_t at = start.find('\n'); at != start.npos; at = start.find('\n', at + 1))
-        if (at == 0 || start[at - 1] != '\r') return text.find('\0') == text.npos;
+        if (at == 0 || start[at - 1] != '\r') return true;
     return false;
 }
 
@@ -78,11 +52,16 @@ std::string WithCarriageReturns(std::string_view text) {
 }
 
 // The user's file is exchanged in one step, or else left alone and read as it is: also when somebody has saved
-// or deleted it since, whose doing the old text must not undo.
-void RewriteLineEnds(const std::wstring& path, Read& read) {
-    if (!read.file || !NeedsCarriageReturns(read.text)) return;
-    std::string rewritten = WithCarriageReturns(read.text);
-    if (platform::ExchangeFileContent(path.c_str(), *read.file, rewritten)) read.text = std::move(rewritten);
+// or deleted it since, whose doing the old text must not undo. A text that holds a zero is none whose lines
+// could be cut: UTF-16 above all.
+void RewriteLineEnds(const std::wstring& path, Source& source) {
+    if (!source.file || !NeedsCarriageReturns(source.text.Text())) return;
+    source.text.ReadRest();
+    const std::string_view text = source.text.Text();
+    if (text.find('\0') != text.npos) return;
+    const std::string rewritten = WithCarriageReturns(text);
+    if (platform::ExchangeFileContent(path.c_str(), *source.file, rewritten))
+        source.text = gpx::TextWindow(rewritten);
 }
 
 std::int32_t DetectEncoding(std::string_view text) {
@@ -127,28 +106,37 @@ class TemporaryFile {
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     std::FILE* Get() const { return m_pStream.get(); }
+    gpx::Stream TakeStream() { return std::move(m_pStream); }
 
  private:
     std::string m_strPath;
-    Stream m_pStream;
+    gpx::Stream m_pStream;
 };
 
-std::string ThroughTemporaryFile(const std::string& text) {
-    const TemporaryFile file;
+gpx::TextWindow ThroughTemporaryFile(const std::string& text) {
+    TemporaryFile file;
     if (std::fwrite(text.data(), 1, text.size(), file.Get()) != text.size() ||
         platform::fflush(file.Get()) != 0)
         throw std::runtime_error("cannot write the temporary file");
-    return ReadAll(file.Get());
+    std::rewind(file.Get());
+    gpx::TextWindow window(file.TakeStream(), text.size());
+    window.ReadRest();
+    return window;
 }
 
 }  // namespace
 
-std::string gpx::LoadSource(const std::wstring& path, std::int32_t& encoding) {
+gpx::TextWindow gpx::LoadSource(const std::wstring& path, std::int32_t& encoding) {
     encoding = kAnsi;
-    Read read = ReadFile(path);
-    RewriteLineEnds(path, read);
-    encoding = DetectEncoding(read.text);
-    if (encoding == kUtf16) return ThroughTemporaryFile(InCodePage936(std::string_view(read.text).substr(2)));
+    Source source = Open(path);
+    RewriteLineEnds(path, source);
+    encoding = DetectEncoding(source.text.Text());
+    if (encoding == kUtf16) {
+        source.text.ReadRest();
+        return ThroughTemporaryFile(InCodePage936(source.text.Text().substr(2)));
+    }
     const std::wstring parsed = PathInAnsi(path);
-    return parsed == path ? std::move(read.text) : ReadFile(parsed).text;
+    TextWindow window = parsed == path ? std::move(source.text) : Open(parsed).text;
+    window.EndAtZero();
+    return window;
 }

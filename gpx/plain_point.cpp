@@ -1,5 +1,6 @@
 #include "gpx/plain_point.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "gpx/gpx_names.h"
@@ -150,20 +151,7 @@ bool TakesPoint(Cursor& cursor, Values& values) {
     }
 }
 
-constexpr std::size_t kBlock = 32;
-
-constexpr unsigned char WithoutDigit(unsigned char c) {
-    return static_cast<unsigned char>(c - '0') < 10 ? '0' : c;
-}
-
-// A loop of known length without a branch, which compilers turn into a few instructions.
-bool FitsBlock(const char* text, const unsigned char* model) {
-    unsigned char differences = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) {
-        differences |= static_cast<unsigned char>(WithoutDigit(static_cast<unsigned char>(text[i])) ^ model[i]);
-    }
-    return differences == 0;
-}
+constexpr bool IsDigit(unsigned char c) { return c >= '0' && c <= '9'; }
 
 }  // namespace
 
@@ -189,15 +177,27 @@ std::size_t gpx::PlainPointReader::Measure(const char* begin, const char* textEn
     return size;
 }
 
-// Whole blocks, and one more over the last bytes.
+// Whole blocks, and one more over the last bytes, without a branch: most points fit. Compilers turn a loop over
+// a block into a few instructions.
 bool gpx::PlainPointReader::FitsModel(const char* begin) const {
-    for (std::size_t at = 0; at + kBlock <= m_modelSize; at += kBlock)
-        if (!FitsBlock(begin + at, &m_model[at])) return false;
-    return FitsBlock(begin + m_modelSize - kBlock, &m_model[m_modelSize - kBlock]);
+    Block differences{};
+    const auto look = [&](std::size_t at) {
+        for (std::size_t i = 0; i < kBlock; ++i) {
+            const unsigned char span = m_span[at + i];
+            const auto above = static_cast<unsigned char>(begin[at + i] - m_lowest[at + i]);
+            differences[i] |= static_cast<unsigned char>(std::max(above, span) ^ span);
+        }
+    };
+    for (std::size_t at = 0; at + kBlock <= m_modelSize; at += kBlock) look(at);
+    look(m_modelSize - kBlock);
+    return differences == Block{};
 }
 
 void gpx::PlainPointReader::MakeModel(const char* begin, std::size_t size) {
-    m_modelSize = size >= kBlock && size <= m_model.size() ? size : 0;
-    for (std::size_t i = 0; i < m_modelSize; ++i)
-        m_model[i] = WithoutDigit(static_cast<unsigned char>(begin[i]));
+    m_modelSize = size >= kBlock && size <= m_lowest.size() ? size : 0;
+    for (std::size_t i = 0; i < m_modelSize; ++i) {
+        const auto byte = static_cast<unsigned char>(begin[i]);
+        m_lowest[i] = IsDigit(byte) ? '0' : byte;
+        m_span[i] = IsDigit(byte) ? 9 : 0;
+    }
 }

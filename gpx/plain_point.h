@@ -28,10 +28,15 @@ class PlainPointReader {
     bool FitsModel(const char* begin) const;
     void MakeModel(const char* begin, std::size_t size);
 
+    static constexpr std::size_t kBlock = 16;
+    using Block = std::array<unsigned char, kBlock>;
+
     TimeReader m_times;
-    // The point measured last, if it is short, each digit a 0. Programs write one point like the other: what
-    // differs from it in nothing but digits needs no second look.
-    std::array<unsigned char, 320> m_model{};
+    // The point measured last, if it is short: each byte as the lowest one that may stand there, and how many
+    // more may. Programs write one point like the other: what differs from it in nothing but digits needs no
+    // second look.
+    std::array<unsigned char, 320> m_lowest{};
+    std::array<unsigned char, 320> m_span{};
     std::size_t m_modelSize = 0;
 };
 

@@ -1,7 +1,7 @@
 // The points of a text while it is read.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 #include "gpx/gpx_outline.h"
 
@@ -11,17 +11,21 @@ namespace gpx {
 // what the rest of the text will hold if it goes on as it began.
 class PointCollector {
  public:
-    explicit PointCollector(const char* textEnd) : m_textEnd(textEnd) {}
+    // `textSize` [bytes] may be a guess.
+    explicit PointCollector(std::uint64_t textSize) : m_textSize(textSize) {}
 
     // `at` is where in the text the point ends; it only moves forward.
-    void Add(const TckPt& point, const char* at);
+    void Add(const TckPt& point, std::uint64_t at) {
+        if (m_points.size() == m_points.capacity()) MakeRoom(at);
+        m_points.push_back(point);
+    }
     Points Take();
 
  private:
-    void MakeRoom(const char* at);
+    void MakeRoom(std::uint64_t at);
 
-    const char* m_textEnd;
-    const char* m_firstEnd = nullptr;  // of the first point
+    std::uint64_t m_textSize;
+    std::uint64_t m_firstEnd = 0;  // of the first point
     Points m_points;
 };
 

@@ -29,8 +29,6 @@ bool StartsWith(const char* text, std::string_view start) {
 
 }  // namespace
 
-XmlScanner::XmlScanner(char* text) : m_at(text), m_end(text + std::strlen(text)) {}
-
 Markup XmlScanner::Next() {
     auto* begin = static_cast<char*>(std::memchr(m_at, '<', static_cast<std::size_t>(m_end - m_at)));
     if (begin == nullptr) return {MarkupKind::None, m_end, m_end, {}};

@@ -23,15 +23,15 @@ struct Markup {
 
 class XmlScanner {
  public:
-    // The text is zero-terminated, and scanned up to its first zero.
-    explicit XmlScanner(char* text);
+    // The text is zero-terminated, and holds no zero before `end`.
+    XmlScanner(char* text, char* end) : m_at(text), m_end(end) {}
 
     // How many markups other than end tags, and attributes, it has come by: a tree of them has so many nodes at
     // most, and one more for each text.
     std::size_t Pieces() const { return m_pieces; }
 
     // The next markup; what stands before it is passed over. Throws rapidxml::parse_error for one that has no
-    // end.
+    // end. One that is returned would be the same whatever followed it.
     Markup Next();
 
     const char* TextEnd() const { return m_end; }
@@ -39,6 +39,11 @@ class XmlScanner {
     // Where it is, and going on from a place further on that the caller has looked at up to there.
     char* At() const { return m_at; }
     void GoOnAt(char* at) { m_at = at; }
+    // The same text lies elsewhere, and may go on further.
+    void GoOnIn(char* at, char* end) {
+        m_at = at;
+        m_end = end;
+    }
 
  private:
     Markup ScanEndTag(char* begin);

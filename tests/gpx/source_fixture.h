@@ -16,7 +16,11 @@ class GpxSource : public GpxTest {
         return BytesOf("\\Track\\a.gpx");
     }
     // What goes to the parser.
-    std::string Parsed() { return gpx::LoadSource(L"\\Track\\a.gpx", m_encoding); }
+    std::string Parsed() {
+        gpx::TextWindow text = gpx::LoadSource(L"\\Track\\a.gpx", m_encoding);
+        text.ReadRest();
+        return std::string(text.Text());
+    }
     std::int32_t EncodingOf(const std::string& text) {
         Write("\\Track\\a.gpx", text);
         Parsed();
