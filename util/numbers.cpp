@@ -94,6 +94,11 @@ std::optional<double> ParseMagnitude(std::string_view text, std::chars_format fo
     return isTooLarge ? std::numeric_limits<double>::infinity() : 0.0;
 }
 
+// Digits, perhaps with a point among them: more of them than a double holds exactly.
+double ParseLongDecimal(std::string_view text) {
+    return ParseMagnitude(text, std::chars_format::fixed).value_or(0.0);
+}
+
 bool IsHexadecimal(std::string_view text) {
     return text.size() > 2 && text[0] == '0' && (text[1] == 'x' || text[1] == 'X') &&
            (IsHexDigit(text[2]) || text[2] == '.');
@@ -158,8 +163,11 @@ const char* numbers::ReadPlainReal(const char* at, double& value) {
         decimals = static_cast<std::size_t>(at - fraction);
         count += decimals;
     }
-    if (count == 0 || count >= kPowersOfTen.size()) return nullptr;
-    const double magnitude = static_cast<double>(static_cast<std::int64_t>(digits)) / kPowersOfTen[decimals];
+    if (count == 0) return nullptr;
+    const double magnitude =
+        count < kPowersOfTen.size()
+            ? static_cast<double>(static_cast<std::int64_t>(digits)) / kPowersOfTen[decimals]
+            : ParseLongDecimal({begin, at});
     value = isNegative ? -magnitude : magnitude;
     return at;
 }

@@ -18,8 +18,8 @@ std::int32_t ParseInteger(std::string_view text);
 // result is the nearest double; a number too large is an infinity, one too small a zero, each with its sign.
 double ParseReal(std::string_view text);
 
-// Reads what most numbers in a document are: a minus sign or none, then at most 15 digits with a point or none
-// among them. Returns where it ends; null, with `value` not defined, when no such number stands at `at`, in a
+// Reads what most numbers in a document are: a minus sign or none, then digits with a point or none among them.
+// Returns where it ends; null, with `value` not defined, when no such number stands at `at`, in a
 // zero-terminated text. What follows is the caller's to look at: where it ends the number for ParseReal too,
 // both give the same value.
 const char* ReadPlainReal(const char* at, double& value);

@@ -210,9 +210,14 @@ TEST(ReadPlainReal, PlainNumbers_EndWhereTheirCharactersEnd) {
     EXPECT_EQ(taken(".5 "), 2);
     EXPECT_EQ(taken("123456789012345"), 15);
     EXPECT_EQ(taken("1.2.3"), 3);
-    for (const char* text :
-         {"", "-", ".", "-.", "+1", " 1", "--1", "e", "1234567890123456", "0.000000000000000"})
-        EXPECT_EQ(taken(text), -1) << text;
+    EXPECT_EQ(taken("-12345678901234567890.12345678901234567890<"), 42);
+    for (const char* text : {"", "-", ".", "-.", "+1", " 1", "--1", "e"}) EXPECT_EQ(taken(text), -1) << text;
+}
+
+TEST(ReadPlainReal, NumberThatNoDoubleHolds_IsInfinity) {
+    double value = 0.0;
+    numbers::ReadPlainReal(("-" + std::string(400, '9')).c_str(), value);
+    EXPECT_EQ(value, -kInfinity);
 }
 
 // Behind a plain number stands what ends it for every reader.
@@ -220,7 +225,7 @@ TEST(ReadPlainReal, RandomNumbers_AreReadAsTheCLibraryReadsThem) {
     std::mt19937_64 random(Seed(271828));
     int plain = 0;
     for (int i = 0; i < 1000000; ++i) {
-        const std::string text = RandomText(random, "0123456789012345678.-", 17);
+        const std::string text = RandomText(random, "0123456789012345678.-", 25);
         double value = 0.0;
         const char* const end = numbers::ReadPlainReal(text.c_str(), value);
         if (end == nullptr) continue;
