@@ -1,6 +1,6 @@
-// A batch of 30 points made durable: ours, a transaction of SQLite's at its safest in WAL mode, and the limits,
-// the bare writes and syncs. On the disk of the folder it is started in, in the time that passes; the ratios
-// hold for that disk.
+// A batch of points made durable: ours, a transaction of SQLite's in WAL mode and with a rollback journal, and
+// the limits, the bare writes and syncs. On the disk of the folder it is started in, in the time that passes;
+// the ratios hold for that disk.
 //   bench_append [BATCHES]      in a row; default: 100
 #include <fcntl.h>
 #include <sqlite3.h>
@@ -18,20 +18,22 @@ namespace {
 
 void Check(bool isRight) { ::Check(isRight, "an append failed"); }
 
-constexpr std::size_t kBatch = 30;
 constexpr std::size_t kCapacity = 10000;
 
 // The batches of one drive, in turn.
 class Batches {
  public:
+    explicit Batches(std::size_t size) : m_size(size) {}
+
     PointList Next() {
-        if (m_next + kBatch > m_drive.size()) m_next = 0;
+        if (m_next + m_size > m_drive.size()) m_next = 0;
         const auto begin = m_drive.begin() + static_cast<std::ptrdiff_t>(m_next);
-        m_next += kBatch;
-        return {begin, begin + kBatch};
+        m_next += m_size;
+        return {begin, begin + static_cast<std::ptrdiff_t>(m_size)};
     }
 
  private:
+    std::size_t m_size;
     PointList m_drive = Drive(3 * kCapacity);
     std::size_t m_next = 0;
 };
@@ -39,7 +41,7 @@ class Batches {
 // Full, as it is most of its life.
 class OurRecording {
  public:
-    OurRecording() {
+    explicit OurRecording(std::size_t batch) : m_batches(batch) {
         m_recording.SetFilePathEx("Log.dat", "LogHd.dat");
         m_recording.SetOverWrt(true);
         Check(m_recording.OpenEx());
@@ -62,16 +64,16 @@ class OurRecording {
 // The newest 10000 points as rows, each with its place in the ring, so that nothing has to be deleted.
 class SqliteRecording {
  public:
-    explicit SqliteRecording(const std::string& path) {
+    SqliteRecording(const std::string& path, const std::string& journal, std::size_t batch) : m_batches(batch) {
         Check(sqlite3_open(path.c_str(), &m_database) == SQLITE_OK);
-        Run("PRAGMA journal_mode=WAL");
+        Run(("PRAGMA journal_mode=" + journal).c_str());
         Run("PRAGMA synchronous=FULL");
         Run("CREATE TABLE point(slot INTEGER PRIMARY KEY, lat REAL, lon REAL, alt REAL, speed REAL, time "
             "INTEGER, "
             "course REAL)");
         sqlite3_prepare_v2(m_database, "INSERT OR REPLACE INTO point VALUES(?,?,?,?,?,?,?)", -1, &m_insert,
                            nullptr);
-        for (std::size_t i = 0; i < kCapacity; i += kBatch) Append();
+        for (std::size_t i = 0; i < kCapacity; i += batch) Append();
     }
     ~SqliteRecording() {
         sqlite3_finalize(m_insert);
@@ -142,30 +144,36 @@ class BareFile {
     std::string m_bytes = std::string(1 << 16, 'x');
 };
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    const int batches = argc > 1 ? std::atoi(argv[1]) : 100;
+void MeasureAppending(std::size_t batch, int repeats) {
     const BenchDevice device(BenchDevice::Medium::Disk);
-    OurRecording ours;
-    SqliteRecording sqlite(device.HostPath("points.db"));
+    OurRecording ours(batch);
+    SqliteRecording ahead(device.HostPath("ahead.db"), "WAL", batch);
+    SqliteRecording behind(device.HostPath("behind.db"), "DELETE", batch);
     BareFile ring(device.HostPath("ring"));
     BareFile note(device.HostPath("note"));
-    const auto times = [&](auto work) {
+    const auto times = [=](auto work) {
         return [=] {
-            for (int i = 0; i < batches; ++i) work();
+            for (int i = 0; i < repeats; ++i) work();
         };
     };
 
-    SideBySide works("append 30 points durably", kBatch, Measured::Passing);
+    SideBySide works("append a batch durably", batch, Measured::Passing);
     works.Add("ours", times([&] { ours.Append(); }));
-    works.Add("SQLite, WAL, synchronous FULL", times([&] { sqlite.Append(); }));
-    constexpr std::size_t kRecords = kBatch * sizeof(TckPt);
-    works.Add("limit: one write and its sync", times([&] { ring.WriteAndSync(kRecords, false); }));
+    works.Add("SQLite, WAL, synchronous FULL", times([&] { ahead.Append(); }));
+    works.Add("SQLite, rollback journal, synchronous FULL", times([&] { behind.Append(); }));
+    const std::size_t records = batch * sizeof(TckPt);
+    works.Add("limit: one write and its sync", times([&] { ring.WriteAndSync(records, false); }));
     works.Add("limit: the writes and syncs of note and ring", times([&] {
-                  note.WriteNoteAndSync(kRecords + 68);
-                  ring.WriteAndSync(kRecords, true);
+                  note.WriteNoteAndSync(records + 68);
+                  ring.WriteAndSync(records, true);
               }));
     works.Measure();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const int repeats = argc > 1 ? std::atoi(argv[1]) : 100;
+    for (const std::size_t batch : {1, 30, 300}) MeasureAppending(batch, repeats);
     return 0;
 }

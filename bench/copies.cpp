@@ -38,7 +38,9 @@ void MeasureRecordStream(std::size_t count) {
     const PointList points = Drive(count);
     CTrack track = TrackOf(points);
     PointList copy(count);
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), &std::fclose);
+    const BenchDevice device;
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(
+        std::fopen(device.HostPath("record-stream").c_str(), "wb+"), &std::fclose);
     SideBySide saving("record stream, save", count);
     saving.Add("ours", [&] { track.Save(static_cast<void*>(file.get())); });
     saving.Add(kLimit, [&] { CopyBytes(points, copy); });

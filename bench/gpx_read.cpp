@@ -1,11 +1,15 @@
 // A GPX document read into points: ours, what its users' programs do with pugixml, expat and libxml2, and the
 // limit, the XML parser within ours reading the same text without taking anything from it.
+// Then a document as other programs write them, which ours gives other line ends when it reads it for the first
+// time.
 //   bench_gpx_read [POINTS...]
 #include <expat.h>
 #include <libxml/xmlreader.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <pugixml.hpp>
 #include <rapidxml/rapidxml.hpp>
 #include <rapidxml/rapidxml_utils.hpp>
@@ -142,6 +146,25 @@ void ParseOnly(const std::string& path) {
     Check(document.first_node("gpx") != nullptr);
 }
 
+// A document by another program: lines end with a line feed, positions have all the digits that a double needs,
+// and there is an extension with an attribute at each tenth point.
+std::string ForeignDocument(const PointList& points) {
+    std::string text =
+        "<?xml version=\"1.0\"?>\n<gpx version=\"1.1\" creator=\"another\">\n<trk><name>track</name><trkseg>\n";
+    char line[512];
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const TckPt& point = points[i];
+        const int size = std::snprintf(
+            line, sizeof line,
+            "<trkpt lat=\"%.15g\" lon=\"%.17g\">\n <ele>%.17g</ele>\n"
+            " <time>2001-09-09T%02zu:%02zu:%02zu.000Z</time>\n%s</trkpt>\n",
+            point.dLatitude, point.dLongitude, point.dAltitude, i / 3600 % 24, i / 60 % 60, i % 60,
+            i % 10 == 0 ? " <extensions><speed unit=\"m/s\">14.0</speed></extensions>\n" : "");
+        text.append(line, static_cast<std::size_t>(size));
+    }
+    return text + "</trkseg></trk></gpx>\n";
+}
+
 bool Same(const PointList& a, const PointList& b) {
     if (a.size() != b.size()) return false;
     for (std::size_t i = 0; i < a.size(); ++i)
@@ -167,10 +190,35 @@ void MeasureReading(std::size_t count) {
     works.Measure();
 }
 
+void MeasureForeignReading(std::size_t count) {
+    const BenchDevice device;
+    const std::string devicePath = "\\Tracks\\foreign.gpx";
+    const std::string path = device.HostPath("Tracks/foreign.gpx");
+    const std::string document = ForeignDocument(Drive(count));
+    const auto write = [&] { std::ofstream(path, std::ios::binary) << document; };
+    write();
+    const PointList expected = ReadWithPugixml(path);
+    Check(expected.size() == count && Same(expected, ReadOurs(devicePath).GetPtList()));
+
+    SideBySide first("read GPX of another program, the first time", count);
+    first.Add(
+        "ours", [&] { ReadOurs(devicePath); }, write);
+    first.Add(
+        "pugixml", [&] { ReadWithPugixml(path); }, write);
+    first.Measure();
+    ReadOurs(devicePath);
+    SideBySide later("read GPX of another program, later on", count);
+    later.Add("ours", [&] { ReadOurs(devicePath); });
+    later.Add("pugixml", [&] { ReadWithPugixml(path); });
+    later.Measure();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    for (const std::size_t size : SizesFrom(argc, argv, {1000, 10'000, 100'000, 1'000'000}))
+    for (const std::size_t size : SizesFrom(argc, argv, {1000, 10'000, 100'000, 1'000'000})) {
         MeasureReading(size);
+        if (size <= 100'000) MeasureForeignReading(size);
+    }
     return 0;
 }

@@ -1,4 +1,5 @@
-// Length and area of a drive: ours, as specified bit for bit, and Boost.Geometry on the sphere, haversine.
+// Length and area of a drive: ours, the same bits on every machine, and Boost.Geometry on the sphere, by
+// haversine and spherical excess.
 //   bench_length_area [POINTS...]
 #include <boost/geometry.hpp>
 #include <boost/geometry/geometries/linestring.hpp>

@@ -61,17 +61,6 @@ std::size_t ThinWithGeos(const PointList& points) {
     return static_cast<std::size_t>(kept);
 }
 
-// To and fro across a line, each time a little farther: the farthest point is always the last but one.
-PointList Adversary(std::size_t count) {
-    PointList points(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        const double share = static_cast<double>(i) / static_cast<double>(count);
-        points[i].dLatitude = 47.0 + (i % 2 == 0 ? share : -share);
-        points[i].dLongitude = 8.0 + share;
-    }
-    return points;
-}
-
 void MeasureThinning(const std::string& work, const PointList& points, bool withPeers) {
     SideBySide works(work, points.size());
     PointList thinned;
@@ -98,7 +87,7 @@ int main(int argc, char** argv) {
         MeasureThinning("simplify", drive, true);
         PrintKept(drive);
         if (size <= 100'000)
-            MeasureThinning("simplify, made to be slow", Adversary(size), size <= kMostForQuadratic);
+            MeasureThinning("simplify, made to be slow", SlowLine(size), size <= kMostForQuadratic);
     }
     return 0;
 }

@@ -44,6 +44,16 @@ PointList Drive(std::size_t count) {
     return points;
 }
 
+PointList SlowLine(std::size_t count) {
+    PointList points(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double share = static_cast<double>(i) / static_cast<double>(count);
+        points[i].dLatitude = 47.0 + (i % 2 == 0 ? share : -share);
+        points[i].dLongitude = 8.0 + share;
+    }
+    return points;
+}
+
 BenchDevice::BenchDevice(Medium medium)
     : m_root(MakeFolder(medium == Medium::Memory ? fs::path("/dev/shm") : fs::current_path())) {
     for (const char* folder : {"App", "Tracks", "User", "Recorded"}) fs::create_directory(m_root / folder);

@@ -13,6 +13,10 @@ using PointList = std::vector<TckPt, je_allocator<TckPt>>;
 // same every time.
 PointList Drive(std::size_t count);
 
+// To and fro across a line, each time a little farther: the farthest point is always the last but one, so that
+// thinning that divides there takes away one point at a time.
+PointList SlowLine(std::size_t count);
+
 // A device whose root is a new folder in memory, or on the disk of the folder the program was started in.
 // Removed at the end.
 class BenchDevice {

@@ -80,11 +80,15 @@ void SideBySide::Measure() {
     for (Contender& contender : m_contenders) Warm(contender);
     for (int round = 0; round < kRounds; ++round)
         for (Contender& contender : m_contenders) RunOnce(contender);
-    const double ours = Median(m_contenders.front().seconds);
+    const std::vector<double>& ours = m_contenders.front().seconds;
     for (const Contender& contender : m_contenders) {
         const double seconds = Median(contender.seconds);
-        std::printf("%s\t%zu\t%s\t%.9g\t%.3f\n", m_work.c_str(), m_size, contender.who.c_str(), seconds,
-                    seconds / ours);
+        std::vector<double> ratios;
+        for (std::size_t round = 0; round < ours.size(); ++round)
+            ratios.push_back(contender.seconds[round] / ours[round]);
+        const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
+        std::printf("%s\t%zu\t%s\t%.9g\t%.3f\t%.3f\t%.3f\n", m_work.c_str(), m_size, contender.who.c_str(),
+                    seconds, seconds / Median(ours), *least, *most);
     }
     std::fflush(stdout);
 }

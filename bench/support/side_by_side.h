@@ -20,7 +20,8 @@ class SideBySide {
     // `prepare` comes before each run and is not measured.
     void Add(std::string who, std::function<void()> run, std::function<void()> prepare = nullptr);
 
-    // Measures and prints one line each: work, size, who, median seconds, how many times ours that is.
+    // Measures and prints one line each: work, size, who, median seconds, how many times ours that is, and the
+    // least and the most of it in any round.
     void Measure();
 
  private:
