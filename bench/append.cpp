@@ -19,21 +19,19 @@ namespace {
 void Check(bool isRight) { ::Check(isRight, "an append failed"); }
 
 constexpr std::size_t kCapacity = 10000;
+constexpr std::size_t kFillingBatch = 1000;
 
 // The batches of one drive, in turn.
 class Batches {
  public:
-    explicit Batches(std::size_t size) : m_size(size) {}
-
-    PointList Next() {
-        if (m_next + m_size > m_drive.size()) m_next = 0;
+    PointList Next(std::size_t size) {
+        if (m_next + size > m_drive.size()) m_next = 0;
         const auto begin = m_drive.begin() + static_cast<std::ptrdiff_t>(m_next);
-        m_next += m_size;
-        return {begin, begin + static_cast<std::ptrdiff_t>(m_size)};
+        m_next += size;
+        return {begin, begin + static_cast<std::ptrdiff_t>(size)};
     }
 
  private:
-    std::size_t m_size;
     PointList m_drive = Drive(3 * kCapacity);
     std::size_t m_next = 0;
 };
@@ -41,18 +39,18 @@ class Batches {
 // Full, as it is most of its life.
 class OurRecording {
  public:
-    explicit OurRecording(std::size_t batch) : m_batches(batch) {
+    OurRecording() {
         m_recording.SetFilePathEx("Log.dat", "LogHd.dat");
         m_recording.SetOverWrt(true);
         Check(m_recording.OpenEx());
-        while (m_recording.GetPtCount() < kCapacity) Append();
+        while (m_recording.GetPtCount() < kCapacity) Append(kFillingBatch);
     }
     ~OurRecording() { m_recording.CloseEx(); }
     OurRecording(const OurRecording&) = delete;
     OurRecording& operator=(const OurRecording&) = delete;
 
-    void Append() {
-        PointList batch = m_batches.Next();
+    void Append(std::size_t size) {
+        PointList batch = m_batches.Next(size);
         Check(m_recording.AppendEx(batch));
     }
 
@@ -64,7 +62,7 @@ class OurRecording {
 // The newest 10000 points as rows, each with its place in the ring, so that nothing has to be deleted.
 class SqliteRecording {
  public:
-    SqliteRecording(const std::string& path, const std::string& journal, std::size_t batch) : m_batches(batch) {
+    SqliteRecording(const std::string& path, const std::string& journal) {
         Check(sqlite3_open(path.c_str(), &m_database) == SQLITE_OK);
         Run(("PRAGMA journal_mode=" + journal).c_str());
         Run("PRAGMA synchronous=FULL");
@@ -73,7 +71,7 @@ class SqliteRecording {
             "course REAL)");
         sqlite3_prepare_v2(m_database, "INSERT OR REPLACE INTO point VALUES(?,?,?,?,?,?,?)", -1, &m_insert,
                            nullptr);
-        for (std::size_t i = 0; i < kCapacity; i += batch) Append();
+        for (std::size_t i = 0; i < kCapacity; i += kFillingBatch) Append(kFillingBatch);
     }
     ~SqliteRecording() {
         sqlite3_finalize(m_insert);
@@ -82,9 +80,9 @@ class SqliteRecording {
     SqliteRecording(const SqliteRecording&) = delete;
     SqliteRecording& operator=(const SqliteRecording&) = delete;
 
-    void Append() {
+    void Append(std::size_t size) {
         Run("BEGIN");
-        for (const TckPt& point : m_batches.Next()) Insert(point);
+        for (const TckPt& point : m_batches.Next(size)) Insert(point);
         Run("COMMIT");
     }
 
@@ -146,9 +144,9 @@ class BareFile {
 
 void MeasureAppending(std::size_t batch, int repeats) {
     const BenchDevice device(BenchDevice::Medium::Disk);
-    OurRecording ours(batch);
-    SqliteRecording ahead(device.HostPath("ahead.db"), "WAL", batch);
-    SqliteRecording behind(device.HostPath("behind.db"), "DELETE", batch);
+    OurRecording ours;
+    SqliteRecording ahead(device.HostPath("ahead.db"), "WAL");
+    SqliteRecording behind(device.HostPath("behind.db"), "DELETE");
     BareFile ring(device.HostPath("ring"));
     BareFile note(device.HostPath("note"));
     const auto times = [=](auto work) {
@@ -158,9 +156,9 @@ void MeasureAppending(std::size_t batch, int repeats) {
     };
 
     SideBySide works("append a batch durably", batch, Measured::Passing);
-    works.Add("ours", times([&] { ours.Append(); }));
-    works.Add("SQLite, WAL, synchronous FULL", times([&] { ahead.Append(); }));
-    works.Add("SQLite, rollback journal, synchronous FULL", times([&] { behind.Append(); }));
+    works.Add("ours", times([&] { ours.Append(batch); }));
+    works.Add("SQLite, WAL, synchronous FULL", times([&] { ahead.Append(batch); }));
+    works.Add("SQLite, rollback journal, synchronous FULL", times([&] { behind.Append(batch); }));
     const std::size_t records = batch * sizeof(TckPt);
     works.Add("limit: one write and its sync", times([&] { ring.WriteAndSync(records, false); }));
     works.Add("limit: the writes and syncs of note and ring", times([&] {

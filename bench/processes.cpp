@@ -37,13 +37,13 @@ std::string Beside(const char* program) {
 
 void MeasureStart() {
     const BenchDevice device;
+    const std::string empty = device.HostPath("empty.gpx");
+    std::ofstream(empty) << "<gpx/>";
     SideBySide starting("start and end of a program", 1, Measured::Children);
-    starting.Add("ours", [&] { Run({Beside("gpx_program"), device.Root()}); });
+    starting.Add("ours", [&] { Run({Beside("gpx_program"), device.Root(), "\\empty.gpx"}); });
     starting.Add("the command qtrace", [&] {
         Run({Beside("../host/qtrace"), "print-track-names", "--device", device.Root()});
     });
-    const std::string empty = device.HostPath("empty.gpx");
-    std::ofstream(empty) << "<gpx/>";
     starting.Add("gpsbabel", [&] { Run({"gpsbabel", "-i", "gpx", "-f", empty}); });
     starting.Add("gpxpy", [&] { Run({"/usr/bin/python3", "-c", "import gpxpy"}); });
     starting.Measure();

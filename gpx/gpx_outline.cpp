@@ -1,5 +1,6 @@
 #include "gpx/gpx_outline.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <memory>
@@ -20,6 +21,9 @@ constexpr std::size_t kDeepest = 256;
 // What is no point becomes a tree of about 100 bytes a piece, and as much again for its text, however short. A
 // document of a thousand tracks has some ten thousand such pieces.
 constexpr std::size_t kMostPieces = 500'000;
+
+constexpr std::size_t kLongestPlainPoint =
+    gpx::TextWindow::kPiece / 16;  // [bytes] the text is read so far ahead
 
 // What an element is, as far as points are concerned. Those of the first trk are read, others only taken out.
 enum class Place {
@@ -79,6 +83,7 @@ class OutlineMaker {
     Markup Next();
     Markup Scan();
     void LookAhead();
+    std::size_t Ahead() const { return static_cast<std::size_t>(m_scanner.TextEnd() - m_scanner.At()); }
     void ReadOn(std::size_t ahead);
     void Enter(const Markup& tag);
     void Leave(const Markup& tag);
@@ -123,7 +128,7 @@ gpx::Points OutlineMaker::Run() {
         TakeOutPlainPoints();
     }
     Keep({m_rest, markup.end});
-    *m_outlineEnd = '\0';
+    m_text.EndAt(m_outlineEnd);
     return m_points.Take();
 }
 
@@ -138,12 +143,13 @@ Markup OutlineMaker::Next() {
 
 // A markup may break off where the text has been read to: then twice as much is read, and it is looked at anew.
 Markup OutlineMaker::Scan() {
-    for (std::size_t ahead = 2 * m_text.Piece(); !m_text.IsWhole(); ahead *= 2) {
+    for (std::size_t ahead = 2 * std::max(m_text.Piece(), Ahead()); !m_text.IsWhole(); ahead *= 2) {
         const XmlScanner before = m_scanner;
         try {
             const Markup markup = m_scanner.Next();
             if (markup.kind != MarkupKind::None) return markup;
-        } catch (const rapidxml::parse_error&) {
+        } catch (const rapidxml::parse_error& error) {
+            if (error.where<char>() != m_scanner.TextEnd()) throw;
         }
         m_scanner = before;
         ReadOn(ahead);
@@ -151,10 +157,9 @@ Markup OutlineMaker::Scan() {
     return m_scanner.Next();
 }
 
-// So far that a point of the usual kind does not break off.
+// So far that a plain point does not break off.
 void OutlineMaker::LookAhead() {
-    const auto left = static_cast<std::size_t>(m_scanner.TextEnd() - m_scanner.At());
-    if (left < m_text.Piece() / 16 && !m_text.IsWhole()) ReadOn(m_text.Piece());
+    if (Ahead() < m_text.Piece() / 16 && !m_text.IsWhole()) ReadOn(m_text.Piece());
 }
 
 // What has been taken out makes room.
@@ -218,11 +223,17 @@ void OutlineMaker::TakeOutPlainPoints() {
     }
 }
 
-// Returns the bytes it takes; 0 when there is none.
+// Returns the bytes it takes; 0 when there is none, or one so long that its elements have to be counted.
 std::size_t OutlineMaker::ReadPlainPoint(Place place, const char* begin) {
-    if (!IsWanted(place)) return m_plainPoints.Measure(begin, m_scanner.TextEnd());
-    const std::size_t size = m_plainPoints.Read(begin, m_point);
-    if (size != 0) m_points.Add(m_point, m_text.PositionOf(begin + size));
+    const TckPt before = m_point;
+    const bool isWanted = IsWanted(place);
+    const std::size_t size =
+        isWanted ? m_plainPoints.Read(begin, m_point) : m_plainPoints.Measure(begin, m_scanner.TextEnd());
+    if (size > kLongestPlainPoint) {
+        m_point = before;
+        return 0;
+    }
+    if (size != 0 && isWanted) m_points.Add(m_point, m_text.PositionOf(begin + size));
     return size;
 }
 

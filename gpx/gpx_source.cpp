@@ -25,6 +25,7 @@ struct Source {
 Source Open(const std::wstring& path) {
     gpx::Stream stream(platform::_wfopen(path.c_str(), L"rb"));
     if (stream == nullptr) throw std::runtime_error("cannot open file");
+    std::setvbuf(stream.get(), nullptr, _IONBF, 0);  // read in pieces, it needs no buffer between
     const auto file = platform::StateOf(stream.get());
     return {file, gpx::TextWindow(std::move(stream), file ? file->size : 0)};
 }
@@ -60,8 +61,9 @@ void RewriteLineEnds(const std::wstring& path, Source& source) {
     const std::string_view text = source.text.Text();
     if (text.find('\0') != text.npos) return;
     const std::string rewritten = WithCarriageReturns(text);
-    if (platform::ExchangeFileContent(path.c_str(), *source.file, rewritten))
-        source.text = gpx::TextWindow(rewritten);
+    if (!platform::ExchangeFileContent(path.c_str(), *source.file, rewritten)) return;
+    source.text = gpx::TextWindow("");  // its memory is free before more is needed
+    source.text = gpx::TextWindow(rewritten);
 }
 
 std::int32_t DetectEncoding(std::string_view text) {

@@ -17,8 +17,7 @@ gpx::TextWindow::TextWindow(std::string_view whole)
 // A byte more than there should be: only what comes up short tells that the file is at its end.
 gpx::TextWindow::TextWindow(Stream stream, std::uint64_t expected, std::size_t piece)
     : m_stream(std::move(stream)), m_expected(expected), m_piece(piece) {
-    constexpr std::uint64_t kAtLeast = 4096;           // of a file that does not tell its size
-    std::setvbuf(m_stream.get(), nullptr, _IONBF, 0);  // no second copy
+    constexpr std::uint64_t kAtLeast = 4096;  // of a file that does not tell its size
     MakeRoom(static_cast<std::size_t>(std::min<std::uint64_t>(piece, std::max(expected + 1, kAtLeast))));
     Fill();
 }
@@ -26,23 +25,28 @@ gpx::TextWindow::TextWindow(Stream stream, std::uint64_t expected, std::size_t p
 void gpx::TextWindow::ReadOn(const char* begin, const char* end, std::size_t wanted) {
     const auto at = static_cast<std::size_t>(begin - Begin());
     const auto gap = static_cast<std::size_t>(end - begin);
-    std::memmove(Begin() + at, end, static_cast<std::size_t>(End() - end) + 1);
+    if (gap != 0) std::memmove(Begin() + at, end, static_cast<std::size_t>(End() - end) + 1);
     m_size -= gap;
     m_takenOut += gap;
     MakeRoom(at + wanted);
     Fill();
 }
 
+// As much as is expected, and more only of a file that has grown.
 void gpx::TextWindow::ReadRest() {
-    while (!IsWhole()) {
-        MakeRoom(std::max<std::size_t>(2 * m_size, m_piece));
-        Fill();
-    }
+    MakeRoom(static_cast<std::size_t>(m_expected - std::min(m_expected, m_takenOut)) + 1);
+    for (Fill(); !IsWhole(); Fill()) MakeRoom(std::max<std::size_t>(2 * m_size, m_piece));
 }
 
 void gpx::TextWindow::EndAtZero() {
     m_endsAtZero = true;
     CutAtZero(0);
+}
+
+void gpx::TextWindow::EndAt(char* end) {
+    *end = '\0';
+    m_size = static_cast<std::size_t>(end - Begin());
+    m_stream.reset();
 }
 
 const void* gpx::TextWindow::Release() { return m_text.release(); }
@@ -66,6 +70,6 @@ void gpx::TextWindow::Fill() {
 void gpx::TextWindow::CutAtZero(std::size_t from) {
     const std::size_t zero = Text().find('\0', from);
     if (zero == std::string_view::npos) return;
-    m_size = zero;
-    m_stream.reset();
+    EndAt(Begin() + zero);
+    m_expected = m_takenOut + m_size;
 }

@@ -18,7 +18,8 @@ struct StreamCloser {
 };
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
-// Zero-terminated. What reads from the file throws std::runtime_error when the storage fails, std::bad_alloc.
+// Zero-terminated. What reads from the file throws std::runtime_error when the storage fails; any of it
+// std::bad_alloc and std::length_error.
 class TextWindow {
  public:
     // Fits the nearer of a processor's caches.
@@ -52,6 +53,8 @@ class TextWindow {
 
     // From now on the text ends at its first zero, and so does what is read of the file.
     void EndAtZero();
+    // It ends here, and nothing more is read.
+    void EndAt(char* end);
 
     // The memory, which nobody frees any more.
     const void* Release();

@@ -1,4 +1,5 @@
-// The allocator of every point list. Its memory comes from jemalloc; the host's own malloc is left as it is.
+// The allocator of every point list, and of the texts they are read from. Its memory comes from jemalloc; the
+// host's own malloc is left as it is.
 #pragma once
 
 #include <cstddef>

@@ -21,12 +21,12 @@ struct Taken {
     bool operator==(const Taken&) const = default;
 };
 
-std::optional<Taken> TakeOut(gpx::TextWindow text) {
+std::optional<Taken> TakeOut(gpx::TextWindow text, gpx::PointsWanted wanted) {
     text.EndAtZero();
     try {
         Taken taken;
-        taken.points = gpx::TakeOutPoints(text, gpx::PointsWanted::OfAllSegments);
-        for (const char c : text.Text().substr(0, std::strlen(text.Begin())))
+        taken.points = gpx::TakeOutPoints(text, wanted);
+        for (const char c : text.Text())
             if (std::strchr(" \t\r\n", c) == nullptr) taken.outlineWithoutBlanks += c;
         return taken;
     } catch (const rapidxml::parse_error&) {
@@ -42,7 +42,7 @@ class GpxTextWindow : public GpxTest {
         return Expecting(document.size(), document, piece);
     }
     gpx::TextWindow Expecting(std::uint64_t size, const std::string& document, std::size_t piece) {
-        if (document != std::exchange(m_document, document)) {
+        if (document != std::exchange(m_inFile, document)) {
             std::filesystem::remove(OnDisk("\\Track\\window.gpx"));  // written over, it would wait for the disk
             Write("\\Track\\window.gpx", document);
         }
@@ -57,13 +57,16 @@ class GpxTextWindow : public GpxTest {
         return drive + "</trkseg></trk></gpx>";
     }
     void ExpectAlikeInPieces(const std::string& document, std::initializer_list<std::size_t> pieces) {
-        const auto whole = TakeOut(gpx::TextWindow(document));
-        for (const std::size_t piece : pieces)
-            EXPECT_TRUE(TakeOut(InPieces(document, piece)) == whole) << "in pieces of " << piece;
+        using enum gpx::PointsWanted;
+        for (const gpx::PointsWanted wanted : {None, OfFirstSegment, OfAllSegments}) {
+            const auto whole = TakeOut(gpx::TextWindow(document), wanted);
+            for (const std::size_t piece : pieces)
+                EXPECT_TRUE(TakeOut(InPieces(document, piece), wanted) == whole) << "in pieces of " << piece;
+        }
     }
 
  private:
-    std::optional<std::string> m_document;  // in the file
+    std::optional<std::string> m_inFile;
 };
 
 TEST_F(GpxTextWindow, ShortText_IsReadAtOnceAndItsFileClosed) {
@@ -116,6 +119,31 @@ TEST_F(GpxTextWindow, PointsOfALongFile_TakeNoMoreThanAPiece) {
     }
 }
 
+TEST_F(GpxTextWindow, DocumentThatIsBroken_IsNotReadOn) {
+    gpx::TextWindow text = InPieces("<gpx><>" + std::string(1000, ' ') + "</gpx>", 100);
+    EXPECT_THROW(gpx::TakeOutPoints(text, gpx::PointsWanted::None), rapidxml::parse_error);
+    EXPECT_FALSE(text.IsWhole());
+}
+
+// It is scanned again and again until all of it is there.
+TEST_F(GpxTextWindow, TagLongerThanManyPieces_CountsItsAttributesOnce) {
+    std::string document = "<gpx";
+    for (int i = 0; i < 450'000; ++i) document += " a=''";
+    gpx::TextWindow text = InPieces(document + "/>", 1000);
+    EXPECT_NO_THROW(gpx::TakeOutPoints(text, gpx::PointsWanted::None));
+}
+
+// Its elements count for nothing only when all of the point is seen.
+TEST_F(GpxTextWindow, PointOfVeryManyElements_IsRefusedHoweverItIsRead) {
+    std::string document = "<gpx><trk><trkseg><trkpt lat='1' lon='2'>";
+    for (int i = 0; i < 500'000; ++i) document += "<a></a>";
+    document += "</trkpt></trkseg></trk></gpx>";
+    for (const auto wanted : {gpx::PointsWanted::None, gpx::PointsWanted::OfAllSegments}) {
+        EXPECT_FALSE(TakeOut(gpx::TextWindow(document), wanted));
+        EXPECT_FALSE(TakeOut(InPieces(document, gpx::TextWindow::kPiece), wanted));
+    }
+}
+
 TEST_F(GpxTextWindow, Sample_IsTheSameInPiecesOfAnySize) {
     for (std::size_t piece = 1; piece < kSample.size() + 2; ++piece) ExpectAlikeInPieces(kSample, {piece});
 }
@@ -131,19 +159,43 @@ TEST_F(GpxTextWindow, DamagedDocuments_AreTheSameInPieces) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         std::string document = seed % 2 == 0 ? kSample : PlainDrive();
         Vandal(seed).Damage(document);
-        read += TakeOut(gpx::TextWindow(document)) ? 1 : 0;
+        read += TakeOut(gpx::TextWindow(document), gpx::PointsWanted::None) ? 1 : 0;
         ExpectAlikeInPieces(document, {1, 16, 100, 333});
     }
     EXPECT_GT(read, 100);
     EXPECT_LT(read, 900);
 }
 
-TEST_F(GpxTextWindow, LongRecording_IsReadThroughTheLibraryAsItWasWritten) {
-    const std::string drive = Drive(30'000, true);
-    ASSERT_GT(drive.size(), 2 * gpx::TextWindow::kPiece);
-    Imported imported;
-    ASSERT_TRUE(Import(drive, imported));
-    ASSERT_EQ(imported.points.size(), 30'000u);
-    for (const std::size_t i : {0u, 1u, 12'345u, 29'999u})
-        EXPECT_EQ(imported.points[i].dLatitude, std::stod("1." + std::to_string(i)));
+class GpxLongDocument : public GpxTextWindow {
+ protected:
+    GpxLongDocument() {
+        m_document = Drive(30'000, true);
+        EXPECT_GT(m_document.size(), 2 * gpx::TextWindow::kPiece);
+    }
+    void ExpectReadWhole(const std::string& document) {
+        Imported imported;
+        ASSERT_TRUE(Import(document, imported));
+        ASSERT_EQ(imported.points.size(), 30'000u);
+        for (const std::size_t i : {0u, 1u, 12'345u, 29'999u})
+            EXPECT_EQ(imported.points[i].dLatitude, std::stod("1." + std::to_string(i)));
+    }
+
+    std::string m_document;
+};
+
+TEST_F(GpxLongDocument, IsReadWhole) { ExpectReadWhole(m_document); }
+
+TEST_F(GpxLongDocument, WithLineFeedsAlone_IsReadWhole) {
+    std::erase(m_document, '\r');
+    ExpectReadWhole(m_document);
+}
+
+TEST_F(GpxLongDocument, InUtf16_IsReadWhole) {
+    std::string units = "\xFF\xFE";
+    for (const char c : m_document) units += {c, '\0'};
+    ExpectReadWhole(units);
+}
+
+TEST_F(GpxLongDocument, WithZerosBehindIt_IsReadWhole) {
+    ExpectReadWhole(m_document + std::string(500'000, '\0'));
 }
