@@ -4,6 +4,7 @@
 #include <cwchar>
 
 #include "platform/utf.h"
+#include "platform/windows/file_handle.h"
 
 namespace platform {
 
@@ -56,17 +57,17 @@ std::optional<HostPath> FindFileOnHost(const wchar_t* path) {
 }
 
 std::optional<Found> LookAt(const std::wstring& hostPath) {
-    const HANDLE opened = ::CreateFileW(hostPath.c_str(), FILE_READ_ATTRIBUTES,
-                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) return std::nullopt;
+    const FileHandle opened(::CreateFileW(hostPath.c_str(), FILE_READ_ATTRIBUTES, kSharedWithAll, nullptr,
+                                          OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     BY_HANDLE_FILE_INFORMATION status;
-    const bool isOnDisk = ::GetFileType(opened) == FILE_TYPE_DISK;
-    const bool isKnown = isOnDisk && ::GetFileInformationByHandle(opened, &status);
-    ::CloseHandle(opened);
-    if (!isKnown) return std::nullopt;
+    if (!opened.IsOpen() || ::GetFileType(opened.Get()) != FILE_TYPE_DISK ||
+        !::GetFileInformationByHandle(opened.Get(), &status))
+        return std::nullopt;
     return Found{(status.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                 (status.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0, status.ftLastWriteTime,
+                 (status.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0,
+                 status.dwFileAttributes,
+                 status.ftCreationTime,
+                 status.ftLastWriteTime,
                  StateIn(status)};
 }
 

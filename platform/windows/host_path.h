@@ -38,6 +38,8 @@ std::optional<HostPath> FindFileOnHost(const wchar_t* path);
 struct Found {
     bool isFolder;
     bool isReadOnly;
+    DWORD attributes;
+    FILETIME creationTime;
     FILETIME lastWriteTime;
     FileState state;
 };

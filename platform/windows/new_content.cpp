@@ -1,44 +1,18 @@
 #include "platform/windows/new_content.h"
 
-#include <algorithm>
-#include <atomic>
-#include <string_view>
+#include <cstddef>
+#include <vector>
+
+#include "platform/windows/file_handle.h"
+#include "platform/windows/persist.h"
 
 namespace platform {
 
 namespace {
 
-constexpr DWORD kLargestWrite = 1u << 30;
-
-// Closes its handle at the end; may hold none.
-class OwnHandle {
- public:
-    explicit OwnHandle(HANDLE handle) : m_hFile(handle) {}
-    ~OwnHandle() {
-        if (IsOpen()) ::CloseHandle(m_hFile);
-    }
-    OwnHandle(const OwnHandle&) = delete;
-    OwnHandle& operator=(const OwnHandle&) = delete;
-    bool IsOpen() const { return m_hFile != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const { return m_hFile; }
-
- private:
-    HANDLE m_hFile;
-};
-
-HANDLE OpenToWrite(const std::wstring& path, DWORD creation) {
-    return ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
-}
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const auto size = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), kLargestWrite));
-        DWORD written = 0;
-        if (!::WriteFile(file, bytes.data(), size, &written, nullptr) || written == 0) return false;
-        bytes.remove_prefix(written);
-    }
-    return true;
-}
+// The rest is the system's own business, or of files that are not written.
+constexpr DWORD kKeptAttributes = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                                  FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
 
 // The system finds room for all of it, or refuses.
 bool Resize(HANDLE file, LONGLONG size) {
@@ -49,65 +23,82 @@ bool Resize(HANDLE file, LONGLONG size) {
 
 bool GoToBegin(HANDLE file) { return ::SetFilePointerEx(file, LARGE_INTEGER{}, nullptr, FILE_BEGIN); }
 
-std::wstring NextNameBeside(const std::wstring& path) {
-    static std::atomic<unsigned> count = 0;
-    const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
-    return folder + L"~qtrace-" + std::to_wstring(::GetCurrentProcessId()) + L'-' + std::to_wstring(count++) +
-           L".tmp";
-}
-
-HANDLE MakeBeside(const std::wstring& path, std::wstring& beside) {
-    constexpr int kAttempts = 1000;  // names that an earlier process of this number left behind
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
-        beside = NextNameBeside(path);
-        const HANDLE made = OpenToWrite(beside, CREATE_NEW);
-        if (made != INVALID_HANDLE_VALUE || ::GetLastError() != ERROR_FILE_EXISTS) return made;
-    }
-    return INVALID_HANDLE_VALUE;
-}
-
 // Never none: a system that says nothing of what went wrong has not done it all the same.
 DWORD LastError() {
     const DWORD error = ::GetLastError();
     return error == ERROR_SUCCESS ? ERROR_WRITE_FAULT : error;
 }
 
-DWORD Fill(HANDLE made, const std::string& bytes, const FILETIME* time) {
-    const OwnHandle file(made);
+DWORD Fill(HANDLE made, const std::string& bytes, const Found* existing, WriteTime time) {
+    const FileHandle file(made);
     if (!file.IsOpen() || !WriteAll(file.Get(), bytes)) return LastError();
-    if (time != nullptr) ::SetFileTime(file.Get(), nullptr, nullptr, time);
+    if (existing != nullptr)
+        ::SetFileTime(file.Get(), &existing->creationTime, nullptr,
+                      time == WriteTime::Kept ? &existing->lastWriteTime : nullptr);
     return ::FlushFileBuffers(file.Get()) ? ERROR_SUCCESS : LastError();
 }
 
-bool IsThere(const std::wstring& path) { return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
+constexpr SECURITY_INFORMATION kOwner = OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION;
+
+// Who may do what with a file, and whose it is; empty for a missing file, and where the process may not know.
+// Rights that came from the folder go on to be known as such.
+std::vector<std::byte> RightsOf(const std::wstring& path) {
+    constexpr SECURITY_INFORMATION kAll = kOwner | DACL_SECURITY_INFORMATION;
+    DWORD size = 0;
+    ::GetFileSecurityW(path.c_str(), kAll, nullptr, 0, &size);
+    std::vector<std::byte> rights(size);
+    if (!::GetFileSecurityW(path.c_str(), kAll, rights.data(), size, &size)) return {};
+    ::SetSecurityDescriptorControl(rights.data(), SE_DACL_AUTO_INHERIT_REQ, SE_DACL_AUTO_INHERIT_REQ);
+    return rights;
+}
+
+// The owner last: who gives a file away may have no say in it any more.
+void Give(std::vector<std::byte> rights, const std::wstring& path) {
+    if (rights.empty()) return;
+    ::SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    ::SetFileSecurityW(path.c_str(), kOwner, rights.data());
+}
+
+// False, with an error that does not pass, for another file than the one that was read.
+bool IsStill(const FileState& read, const std::wstring& path) {
+    const auto found = LookAt(path);
+    if (found && found->state == read) return true;
+    ::SetLastError(ERROR_FILE_INVALID);
+    return false;
+}
 
 }  // namespace
 
-DWORD WriteBeside(const std::wstring& path, const std::string& bytes, const FILETIME* time,
+DWORD WriteBeside(const std::wstring& path, const std::string& bytes, const Found* existing, WriteTime time,
                   std::wstring& beside) {
-    const HANDLE made = MakeBeside(path, beside);
-    const DWORD error = Fill(made, bytes, time);
-    if (made != INVALID_HANDLE_VALUE && error != ERROR_SUCCESS) ::DeleteFileW(beside.c_str());
+    const DWORD kept = existing == nullptr ? 0 : existing->attributes & kKeptAttributes;
+    const HANDLE made = MakeBeside(path, kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept, beside);
+    const DWORD error = Fill(made, bytes, existing, time);
+    if (made != INVALID_HANDLE_VALUE && error != ERROR_SUCCESS) Discard(beside);
     return error;
 }
 
-// ReplaceFileW can fail when it has the old file out of the way already. Any error of it but one says that
-// there was an old file, so that this is what happened when there is none now.
-DWORD PutInPlace(const std::wstring& beside, const std::wstring& path, IfMissing ifMissing, Replace replace) {
-    if (replace(path.c_str(), beside.c_str(), nullptr, 0, nullptr, nullptr)) return ERROR_SUCCESS;
-    DWORD error = LastError();
-    const bool wasMissing = error == ERROR_FILE_NOT_FOUND;
-    if (!IsThere(path) && (!wasMissing || ifMissing == IfMissing::Make)) {
-        if (::MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_WRITE_THROUGH)) return ERROR_SUCCESS;
-        error = LastError();
+// The one call of the system that replaces a file without taking it out of the way first. The rights come
+// after it: they could take away from this process what it needs to rename the file, or to discard it.
+DWORD PutInPlace(const std::wstring& beside, const std::wstring& path, const FileState* read) {
+    const auto rights = RightsOf(path);
+    const bool isDone = Persist([&] {
+        return (read == nullptr || IsStill(*read, path)) &&
+               ::MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+    });
+    if (!isDone) {
+        const DWORD error = LastError();
+        Discard(beside);
+        return error;
     }
-    if (wasMissing || IsThere(path)) ::DeleteFileW(beside.c_str());
-    return error;
+    Give(rights, path);
+    Commit(path);
+    return ERROR_SUCCESS;
 }
 
 // Room first, then content: on a full storage the old content is still whole.
 bool WriteOver(const std::wstring& path, const std::string& bytes) {
-    const OwnHandle file(OpenToWrite(path, OPEN_ALWAYS));
+    const FileHandle file(OpenToWrite(path, OPEN_ALWAYS));
     const auto size = static_cast<LONGLONG>(bytes.size());
     LARGE_INTEGER before;
     if (!file.IsOpen() || !::GetFileSizeEx(file.Get(), &before)) return false;

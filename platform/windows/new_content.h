@@ -7,25 +7,22 @@
 
 #include <string>
 
+#include "platform/windows/host_path.h"
+
 namespace platform {
 
-// Makes a file of a name of its own in the folder of `path`; it is on storage when this returns, and says that
-// it was written at that time unless `time` is null. Its path goes to `beside`. An error of the system; then
-// there is no such file.
-DWORD WriteBeside(const std::wstring& path, const std::string& bytes, const FILETIME* time,
+enum class WriteTime { Now, Kept };
+
+// Makes a file of a name of its own in the folder of `path`; it is on storage when this returns. It is as old
+// as the `existing` one, hidden like it, and perhaps as written at that one's time; null: there is none. Its
+// path goes to `beside`. An error of the system; then there is no such file.
+DWORD WriteBeside(const std::wstring& path, const std::string& bytes, const Found* existing, WriteTime time,
                   std::wstring& beside);
 
-// Whether a file that is not there, or that somebody takes away meanwhile, is made.
-enum class IfMissing { Make, Leave };
-
-// How the system puts one file in the place of another: as ReplaceFileW.
-using Replace = BOOL(WINAPI*)(LPCWSTR, LPCWSTR, LPCWSTR, DWORD, LPVOID, LPVOID);
-
-// Puts the file beside in the place of `path`, whose attributes and rights stay. After an error of the system
-// there is the old file alone. Only where the system has lost the old one, and does not let the new one have
-// its name, does that stay where it is, as nothing else is left.
-DWORD PutInPlace(const std::wstring& beside, const std::wstring& path, IfMissing ifMissing,
-                 Replace replace = ::ReplaceFileW);
+// Gives the file beside the name of `path`, in one step, and the rights of the file that it replaces, as far as
+// the process may give them. When that is not the one that was `read` it stays; null: whatever is there. An
+// error of the system; then there is no file beside any more, and what was there is as it was.
+DWORD PutInPlace(const std::wstring& beside, const std::wstring& path, const FileState* read);
 
 // On storage when this returns true; otherwise the old content is there, unless the storage itself fails.
 bool WriteOver(const std::wstring& path, const std::string& bytes);

@@ -5,6 +5,7 @@
 
 #include "platform/file.h"
 #include "platform/utf.h"
+#include "platform/windows/file_handle.h"
 #include "platform/windows/host_path.h"
 #include "platform/windows/new_content.h"
 
@@ -20,8 +21,8 @@ struct Target {
 // What a link leads to, not the link; the path itself where the system cannot say.
 std::wstring RealPath(const std::wstring& path) {
     constexpr DWORD kLongestPath = 32768;
-    const HANDLE opened = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                        nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE opened = ::CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kSharedWithAll, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (opened == INVALID_HANDLE_VALUE) return path;
     std::wstring real(kLongestPath, L'\0');
     real.resize(::GetFinalPathNameByHandleW(opened, real.data(), kLongestPath, VOLUME_NAME_DOS));
@@ -39,22 +40,12 @@ std::optional<Target> FindTarget(const wchar_t* path) {
 
 enum class Exchanged { Yes, FolderClosed, No };
 
-bool IsStill(const FileState& read, const std::wstring& path) {
-    const auto found = LookAt(path);
-    return found && found->state == read;
-}
-
 // Whatever file is there, when none was `read`. Anything but Yes leaves it as it was.
 Exchanged Exchange(const Target& target, const std::string& bytes, const FileState* read) {
     std::wstring beside;
-    const FILETIME* time = read == nullptr ? nullptr : &target.existing->lastWriteTime;
-    DWORD error = WriteBeside(target.path, bytes, time, beside);
-    if (error == ERROR_SUCCESS && read != nullptr && !IsStill(*read, target.path)) {
-        ::DeleteFileW(beside.c_str());
-        return Exchanged::No;
-    }
-    if (error == ERROR_SUCCESS)
-        error = PutInPlace(beside, target.path, read == nullptr ? IfMissing::Make : IfMissing::Leave);
+    DWORD error = WriteBeside(target.path, bytes, target.existing ? &*target.existing : nullptr,
+                              read == nullptr ? WriteTime::Now : WriteTime::Kept, beside);
+    if (error == ERROR_SUCCESS) error = PutInPlace(beside, target.path, read);
     if (error == ERROR_SUCCESS) return Exchanged::Yes;
     return error == ERROR_ACCESS_DENIED ? Exchanged::FolderClosed : Exchanged::No;
 }
