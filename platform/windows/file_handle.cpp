@@ -14,7 +14,7 @@ constexpr DWORD kLargestWrite = 1u << 30;
 std::wstring NextNameBeside(const std::wstring& path) {
     static std::atomic<unsigned> count = 0;
     const std::wstring folder = path.substr(0, path.find_last_of(L"\\/") + 1);
-    return folder + L"~qtrace-" + std::to_wstring(::GetCurrentProcessId()) + L'-' + std::to_wstring(count++) +
+    return folder + L".qtrace-" + std::to_wstring(::GetCurrentProcessId()) + L'-' + std::to_wstring(count++) +
            L".tmp";
 }
 

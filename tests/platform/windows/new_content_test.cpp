@@ -114,7 +114,7 @@ TEST_F(NewContent, ReplacedFile_StaysAsOldAndHiddenAsItWas) {
 
 // Of a process of the same number that ended before it was done.
 TEST_F(NewContent, FilesLeftBehind_DoNotStandInTheWay) {
-    const std::string stale = "\\Track\\~qtrace-" + std::to_string(::GetCurrentProcessId()) + "-";
+    const std::string stale = "\\Track\\.qtrace-" + std::to_string(::GetCurrentProcessId()) + "-";
     for (int i = 0; i < 50; ++i) Write(stale + std::to_string(i) + ".tmp", "stale");
     Write("\\Track\\a.gpx", "old");
     EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "new"));
