@@ -2,8 +2,21 @@
 #include "platform/file.h"
 #include "platform/letter_case.h"
 #include "platform/windows/host_path.h"
+#include "platform/windows/move.h"
+#include "platform/windows/persist.h"
 
 namespace platform {
+
+namespace {
+
+// What would be refused for good is not waited for.
+bool MayBeDeleted(const std::wstring& hostPath) {
+    const DWORD attributes = ::GetFileAttributesW(hostPath.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)) == 0;
+}
+
+}  // namespace
 
 bool CreateDirectoryW(const wchar_t* path) {
     const auto folder = FindOnHost(path);
@@ -12,7 +25,7 @@ bool CreateDirectoryW(const wchar_t* path) {
 
 bool DeleteFileW(const wchar_t* path) {
     const auto file = FindFileOnHost(path);
-    return file && ::DeleteFileW(file->Text().c_str());
+    return file && MayBeDeleted(file->Text()) && Persist([&] { return ::DeleteFileW(file->Text().c_str()); });
 }
 
 bool MoveFileW(const wchar_t* from, const wchar_t* to) {
@@ -25,8 +38,7 @@ bool MoveFileW(const wchar_t* from, const wchar_t* to) {
     // Some systems take two names of one file for the same.
     const bool isSameName = EqualIgnoringCase(source->Text(), target->Text());
     if (!isSameName && ::GetFileAttributesW(target->Text().c_str()) != INVALID_FILE_ATTRIBUTES) return false;
-    return ::MoveFileExW(source->Text().c_str(), target->Text().c_str(),
-                         MOVEFILE_COPY_ALLOWED | MOVEFILE_WRITE_THROUGH);
+    return MoveWithoutReplacing(source->Text(), target->Text());
 }
 
 }  // namespace platform

@@ -46,6 +46,22 @@ TEST(Persist, WhatDoesNotPassInTime_FailsWithItsError) {
     EXPECT_EQ(call.calls, 10);
 }
 
+TEST_F(FileNames, FileThatAnotherHasOpenForAMoment_IsMoved) {
+    Write("\\a.gpx", "one");
+    const PassingHandle other(OnDisk("\\a.gpx"));
+    ASSERT_TRUE(other.IsOpen());
+    EXPECT_TRUE(platform::MoveFileW(L"\\a.gpx", L"\\b.gpx"));
+    EXPECT_EQ(Names("\\"), (std::set<std::string>{"App", "b.gpx"}));
+}
+
+TEST_F(FileNames, FileThatAnotherHasOpenForAMoment_IsDeleted) {
+    Write("\\a.gpx", "one");
+    const PassingHandle other(OnDisk("\\a.gpx"));
+    ASSERT_TRUE(other.IsOpen());
+    EXPECT_TRUE(platform::DeleteFileW(L"\\a.gpx"));
+    EXPECT_EQ(Names("\\"), std::set<std::string>{"App"});
+}
+
 TEST_F(FileNames, FileThatAnotherHasOpenForAMoment_IsReplaced) {
     Write("\\a.gpx", "old");
     const PassingHandle other(OnDisk("\\a.gpx"));
