@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 
 #include "platform/stream_on_system.h"
+#include "platform/windows/file_handle.h"
 #include "platform/windows/host_path.h"
+#include "platform/windows/persist.h"
 
 namespace platform {
 
@@ -20,6 +22,21 @@ int FlagsOf(const StreamMode& mode) {
     return flags;
 }
 
+// The runtime would keep others from moving, exchanging and deleting what is only read.
+int OpenToRead(const std::wstring& path) {
+    HANDLE opened = INVALID_HANDLE_VALUE;
+    Persist([&] {
+        opened = ::CreateFileW(path.c_str(), GENERIC_READ, kSharedWithAll, nullptr, OPEN_EXISTING,
+                               FILE_ATTRIBUTE_NORMAL, nullptr);
+        return opened != INVALID_HANDLE_VALUE;
+    });
+    if (opened == INVALID_HANDLE_VALUE) return -1;
+    const int descriptor =
+        ::_open_osfhandle(reinterpret_cast<std::intptr_t>(opened), _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+    if (descriptor < 0) ::CloseHandle(opened);
+    return descriptor;
+}
+
 }  // namespace
 
 int OpenDescriptor(const wchar_t* path, const StreamMode& mode, bool& isNew) {
@@ -28,6 +45,7 @@ int OpenDescriptor(const wchar_t* path, const StreamMode& mode, bool& isNew) {
     const auto existing = LookAt(file->Text());
     if (existing ? existing->isFolder || (mode.writes && existing->isReadOnly) : !mode.creates) return -1;
     isNew = !existing;
+    if (!mode.writes) return OpenToRead(file->Text());
     return ::_wopen(file->Text().c_str(), FlagsOf(mode), _S_IREAD | _S_IWRITE);
 }
 
@@ -39,8 +57,9 @@ std::FILE* StreamOf(int descriptor, const StreamMode& mode) {
 
 bool CommitContent(std::FILE* stream) { return ::_commit(::_fileno(stream)) == 0; }
 
-// The file system writes its own journal for names.
-void CommitName(const wchar_t*) {}
+void CommitName(const wchar_t* path) {
+    if (const auto file = FindFileOnHost(path)) Commit(file->Text());
+}
 
 std::optional<FileState> StateOf(std::FILE* stream) {
     BY_HANDLE_FILE_INFORMATION status;

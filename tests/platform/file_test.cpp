@@ -155,6 +155,18 @@ TEST_F(Stream, ReadOnlyFile_IsReadButNotWritten) {
     EXPECT_EQ(BytesOf("\\a.dat"), "one");
 }
 
+// Whoever reads a track does not keep the user from renaming or deleting it.
+TEST_F(Stream, FileThatIsRead_CanBeMovedAndDeleted) {
+    Write("\\a.dat", "one");
+    std::FILE* stream = Open(L"\\a.dat", L"rb");
+    ASSERT_NE(stream, nullptr);
+    EXPECT_TRUE(platform::MoveFileW(L"\\a.dat", L"\\b.dat"));
+    EXPECT_TRUE(platform::DeleteFileW(L"\\b.dat"));
+    EXPECT_EQ(Rest(stream), "one");
+    platform::fclose(stream);
+    EXPECT_FALSE(Exists("\\a.dat") || Exists("\\b.dat"));
+}
+
 // ---- bringing content to storage
 
 TEST_F(Stream, Flush_PutsTheContentIntoTheFile) {
