@@ -26,6 +26,14 @@ std::wstring Absolute(const std::wstring& folder) {
     return whole;
 }
 
+// Without the short names that some file systems keep, as searches do not find them.
+std::wstring WithLongNames(const std::wstring& path) {
+    std::wstring whole(::GetLongPathNameW(path.c_str(), nullptr, 0), L'\0');
+    if (whole.empty()) return path;
+    whole.resize(::GetLongPathNameW(path.c_str(), whole.data(), static_cast<DWORD>(whole.size())));
+    return whole;
+}
+
 std::wstring Literal(const std::wstring& folder) {
     if (folder.starts_with(kLiteral)) return folder;
     if (folder.starts_with(L"\\\\")) return kLiteral + (L"UNC" + folder.substr(1));
@@ -36,7 +44,7 @@ std::wstring Literal(const std::wstring& folder) {
 
 void SetDeviceRoot(const std::string& hostFolder) {
     const bool isMachinesOwn = hostFolder.find_first_not_of("\\/") == std::string::npos;
-    std::wstring folder = isMachinesOwn ? L"" : Literal(Absolute(platform::ToUtf16(hostFolder)));
+    std::wstring folder = isMachinesOwn ? L"" : Literal(WithLongNames(Absolute(platform::ToUtf16(hostFolder))));
     while (!folder.empty() && folder.back() == L'\\') folder.pop_back();
     TheRoot() = folder;
 }
@@ -49,6 +57,7 @@ std::wstring ExecutableOnDevice() {
     constexpr DWORD kLongestPath = 32768;
     std::wstring executable(kLongestPath, L'\0');
     executable.resize(::GetModuleFileNameW(nullptr, executable.data(), kLongestPath));
+    executable = WithLongNames(executable);
     if (TheRoot().empty() || executable.empty()) return executable;
     const std::wstring root = TheRoot() + L'\\', literal = Literal(executable);
     const bool isBelow = EqualIgnoringCase(std::wstring_view(literal).substr(0, root.size()), root);

@@ -1,5 +1,6 @@
-// The system's searches, in name order and by long names only: its own order is the file system's, and its own
-// patterns also cover the short names that some file systems keep.
+// Searches in name order and by long names only: the system's own order is the file system's, and its patterns
+// also cover the short names that some file systems keep, and take a question mark for no dot. So it is asked
+// for all that a folder holds.
 #include <windows.h>
 
 #include <algorithm>
@@ -19,10 +20,10 @@ FileTime FileTimeOf(const FILETIME& time) {
     return static_cast<FileTime>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
 }
 
-// In literal paths the two names of every folder are names like others.
+// In literal paths the two names of every folder are names like others. A drive is one with a backslash only.
 std::wstring PathOf(const std::wstring& folder, const std::wstring& name) {
     if (name == L".") return folder;
-    return name == L".." ? folder.substr(0, folder.rfind(L'\\')) : folder + L'\\' + name;
+    return name == L".." ? folder.substr(0, folder.rfind(L'\\') + 1) : folder + L'\\' + name;
 }
 
 // False for what is neither file nor folder, or has gone since.
@@ -78,7 +79,7 @@ std::unique_ptr<Search> SearchFolder(DevicePath path) {
     const auto folder = FindOnHost(path);
     if (!folder) return nullptr;
     const std::wstring hostFolder = folder->IsRoot() ? folder->folder : folder->Text();
-    auto names = NamesOf(hostFolder + L'\\' + pattern);
+    auto names = NamesOf(hostFolder + L"\\*");
     std::erase_if(names, [&](const std::wstring& name) { return !IsFound(name, pattern, *folder); });
     std::sort(names.begin(), names.end(), LessIgnoringCase);
     return std::make_unique<NameSearch>(hostFolder, std::move(names));
@@ -86,7 +87,10 @@ std::unique_ptr<Search> SearchFolder(DevicePath path) {
 
 std::unique_ptr<Search> SearchEntry(const DevicePath& path) {
     const auto entry = FindOnHost(path);
-    return entry ? std::make_unique<NameSearch>(entry->folder, NamesOf(entry->Text())) : nullptr;
+    if (!entry) return nullptr;
+    auto names = NamesOf(entry->Text());
+    std::erase_if(names, [&](const std::wstring& name) { return !EqualIgnoringCase(name, entry->name); });
+    return std::make_unique<NameSearch>(entry->folder, std::move(names));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwchar>
 
+#include "platform/letter_case.h"
 #include "platform/utf.h"
 #include "platform/windows/file_handle.h"
 
@@ -28,6 +29,17 @@ std::wstring CurrentDrive() {
     return folder;
 }
 
+// The second name that some file systems keep for an entry, like AVERYL~1.GPX. Whoever made a file of that name
+// would empty the other.
+bool IsShortName(const HostPath& path) {
+    if (path.name.find(L'~') == std::wstring::npos) return false;
+    WIN32_FIND_DATAW found;
+    const HANDLE search = ::FindFirstFileW(path.Text().c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return false;
+    ::FindClose(search);
+    return !EqualIgnoringCase(found.cFileName, path.name);
+}
+
 }  // namespace
 
 std::optional<HostPath> FindOnHost(const DevicePath& path) {
@@ -42,7 +54,7 @@ std::optional<HostPath> FindOnHost(const DevicePath& path) {
         if (!found.IsRoot()) found.folder = found.Text();
         found.name = *name;
     }
-    return found;
+    return IsShortName(found) ? std::nullopt : std::optional(found);
 }
 
 std::optional<HostPath> FindOnHost(const wchar_t* path) {

@@ -26,8 +26,8 @@ struct HostPath {
     bool IsRoot() const { return name.empty(); }
 };
 
-// Nothing when a name is none for a file. Without a device root a path that begins with a drive is that of the
-// machine, and every other one starts at the current drive's root.
+// Nothing when a name is none for a file, or the last one the short name of another. Without a device root a
+// path that begins with a drive is that of the machine, and every other one starts at the current drive's root.
 std::optional<HostPath> FindOnHost(const DevicePath& path);
 std::optional<HostPath> FindOnHost(const wchar_t* path);
 
