@@ -36,13 +36,12 @@ def compare(preset, here, there, differences):
     for call in here.keys() | there.keys():
         if here.get(call) == there.get(call):
             continue
-        reason = next((why for pattern, why in rules if pattern.fullmatch(call)), None)
-        if reason:
-            used[reason] += 1
+        rule = next((rule for rule in rules if rule[0].fullmatch(call)), None)
+        if rule:
+            used[rule] += 1
         else:
             unexplained.append(f"{call}\n    here:  {here.get(call)}\n    there: {there.get(call)}")
-    unexplained += [f"listed, but no difference any more: {pattern.pattern}" for pattern, reason in rules
-                    if not used[reason]]
+    unexplained += [f"listed, but no difference any more: {rule[0].pattern}" for rule in rules if not used[rule]]
     return used, sorted(unexplained)
 
 
@@ -50,7 +49,7 @@ def main(preset, here, there, differences):
     here, there = answers(here), answers(there)
     used, unexplained = compare(preset, here, there, differences)
     print(f"{len(here)} calls compared, {sum(used.values())} listed differences, {len(unexplained)} others")
-    for reason, count in used.items():
+    for (_, reason), count in used.items():
         print(f"  {count}: {reason}")
     print("\n".join(unexplained[:100]), end="\n" if unexplained else "")
     return 1 if unexplained or not here else 0
