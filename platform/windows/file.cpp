@@ -69,7 +69,11 @@ std::optional<FileState> StateOf(std::FILE* stream) {
     return StateIn(status);
 }
 
-// The runtime forgets what it could not write by itself.
-bool DropAndCut(std::FILE* stream, std::int64_t size) { return ::_chsize_s(::_fileno(stream), size) == 0; }
+// The runtime has no call to forget what it holds back; an empty buffer has these two fields so.
+bool DropAndCut(std::FILE* stream, std::int64_t size) {
+    stream->_ptr = stream->_base;
+    stream->_cnt = 0;
+    return ::_chsize_s(::_fileno(stream), size) == 0;
+}
 
 }  // namespace platform

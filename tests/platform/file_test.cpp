@@ -180,6 +180,20 @@ TEST_F(Stream, Flush_PutsTheContentIntoTheFile) {
     }
 }
 
+TEST_F(Stream, CutBack_ForgetsWhatIsNotInTheFileYet) {
+    Write("\\a.dat", "abcdef");
+    std::FILE* stream = Open(L"\\a.dat", L"rbc+");
+    ASSERT_NE(stream, nullptr);
+    Put(stream, "UVWXYZ");
+    EXPECT_TRUE(platform::CutBack(stream, 3));
+    EXPECT_EQ(platform::fflush(stream), 0);
+    EXPECT_EQ(BytesOf("\\a.dat"), "abc");
+    std::fseek(stream, 3, SEEK_SET);
+    Put(stream, "on");
+    platform::fclose(stream);
+    EXPECT_EQ(BytesOf("\\a.dat"), "abcon");
+}
+
 TEST_F(Stream, Null_IsHarmless) {
     EXPECT_EQ(platform::fclose(nullptr), EOF);
     EXPECT_EQ(platform::fflush(nullptr), EOF);
