@@ -27,6 +27,15 @@ struct LeadBytes {
 constexpr LeadBytes kLeadBytes[] = {
     {932, 0x81, 0x9F}, {932, 0xE0, 0xFC}, {936, 0x81, 0xFE}, {949, 0x81, 0xFE}, {950, 0x81, 0xFE}};
 
+// Windows' numbers of pages that the converter knows by their own names alone.
+constexpr struct {
+    unsigned codePage;
+    const char* name;
+} kNames[] = {{20127, "US-ASCII"},    {20866, "KOI8-R"},     {21866, "KOI8-U"},     {28591, "ISO-8859-1"},
+              {28592, "ISO-8859-2"},  {28593, "ISO-8859-3"}, {28594, "ISO-8859-4"}, {28595, "ISO-8859-5"},
+              {28596, "ISO-8859-6"},  {28597, "ISO-8859-7"}, {28598, "ISO-8859-8"}, {28599, "ISO-8859-9"},
+              {28603, "ISO-8859-13"}, {28605, "ISO-8859-15"}};
+
 // One direction of the system's converter.
 class Converter {
  public:
@@ -84,7 +93,11 @@ class TableMaker {
     }
 
  private:
-    static std::string Name(unsigned codePage) { return "CP" + std::to_string(codePage); }
+    static std::string Name(unsigned codePage) {
+        for (const auto& [number, name] : kNames)
+            if (number == codePage) return name;
+        return "CP" + std::to_string(codePage);
+    }
 
     // The unit of one character; nothing when its bytes are incomplete, kMissing when they are no character.
     std::optional<std::uint16_t> Decode(const unsigned char* bytes, std::size_t size) {

@@ -439,6 +439,16 @@ TEST_F(CodePage, OtherPagesOfTheSystem_CanBeChosen) {
     EXPECT_EQ(Narrow(1251, L"\x0410"), "\xC0");
 }
 
+// Those that converters know by a name rather than by a number.
+TEST_F(CodePage, PagesWithNamesOfTheirOwn_CanBeChosen) {
+    for (unsigned page : {20127u, 20866u, 21866u, 28592u, 28599u, 28603u})
+        EXPECT_TRUE(SetAnsiCodePage(page)) << page;
+    for (unsigned page : {28590u, 28600u, 28604u, 28606u}) EXPECT_FALSE(SetAnsiCodePage(page)) << page;
+    EXPECT_EQ(Wide(28591, "\xE4\x80"), L"\xE4\x80");
+    EXPECT_EQ(Wide(28605, "\xA4"), L"\x20AC");
+    EXPECT_EQ(Narrow(20866, L"\x0410"), "\xE1");
+}
+
 TEST_F(CodePage, CharacterHeldTwice_IsWrittenAsTheSystemDoes) {
     const std::wstring romanOne = L"\x2160";  // 932 holds it at 8754 and among its extensions
     ASSERT_EQ(Wide(932, "\x87\x54"), romanOne);

@@ -53,12 +53,11 @@ std::string Bytes(std::initializer_list<int> values) {
 }
 
 void AllOf936() {
-    for (int lead = 0x80; lead <= 0xFF; ++lead) {
+    for (int lead = 0; lead <= 0xFF; ++lead) {
         Widen(kChinese, Bytes({lead}));
         for (int trail = 0; trail <= 0xFF; ++trail) Widen(kChinese, Bytes({lead, trail}));
     }
-    for (int unit = 0; unit < 0x10000; unit += unit < 0x3000 || unit >= 0xF900 ? 1 : 7)
-        Narrow(kChinese, std::wstring(1, static_cast<wchar_t>(unit)));
+    for (int unit = 0; unit < 0x10000; ++unit) Narrow(kChinese, std::wstring(1, static_cast<wchar_t>(unit)));
 }
 
 void AllOf1252() {
@@ -101,16 +100,24 @@ void EverySize() {
                     Narrow(page, text, length, size);
 }
 
-void LeadBytesAndPages() {
-    for (const unsigned page : {kChinese, kWestern, kUtf8, 932u, 949u, 950u, 1250u, 1251u, 0u, 37u, 1200u,
-                                1361u, 12345u, 20127u, 28591u, 50220u, 54936u, 65000u}) {
-        const bool isTaken = SetAnsiCodePage(page);
-        std::string leads;
-        for (int byte = 0; isTaken && byte <= 0xFF; ++byte)
-            if (platform::IsDBCSLeadByte(static_cast<unsigned char>(byte))) leads += static_cast<char>(byte);
-        Print("ansi page " + std::to_string(page), YesNo(isTaken) + " [" + Hex(leads) + "]");
-    }
+void Page(unsigned page) {
+    const bool isTaken = SetAnsiCodePage(page);
+    std::string leads;
+    for (int byte = 0; isTaken && byte <= 0xFF; ++byte)
+        if (platform::IsDBCSLeadByte(static_cast<unsigned char>(byte))) leads += static_cast<char>(byte);
+    Print("ansi page " + std::to_string(page), YesNo(isTaken) + " [" + Hex(leads) + "]");
     SetAnsiCodePage(kChinese);
+}
+
+void PagesAndLeadBytes() {
+    for (const unsigned page : {kChinese, kWestern, kUtf8, 932u, 949u, 950u, 0u, 37u, 1200u, 1361u, 12345u,
+                                20127u, 20866u, 21866u, 50220u, 54936u, 65000u})
+        Page(page);
+    for (unsigned page = 1250; page <= 1258; ++page) Page(page);
+    for (unsigned page = 28591; page <= 28605; ++page) Page(page);
+    for (const unsigned page : {20127u, 20866u, 21866u, 28591u, 28592u, 28593u, 28594u, 28595u, 28596u, 28597u,
+                                28598u, 28599u, 28603u, 28605u})
+        for (int byte = 0; byte <= 0xFF; ++byte) Widen(page, Bytes({byte}));
 }
 
 }  // namespace
@@ -121,7 +128,7 @@ void CodePages() {
     MalformedUtf8();
     SurrogatesToUtf8();
     EverySize();
-    LeadBytesAndPages();
+    PagesAndLeadBytes();
 }
 
 }  // namespace answers

@@ -1,5 +1,5 @@
-// Making folders, moving, deleting and opening: what exists, what is missing, what is no name, and paths around
-// the longest.
+// Making folders, moving, deleting and opening: what exists, what is missing, what is no name, and names that
+// mean something else to the system below. Paths around the longest: tests/platform/answers/lengths.cpp.
 #include <cstdio>
 #include <initializer_list>
 
@@ -10,28 +10,6 @@
 namespace answers {
 
 namespace {
-
-// What stands at a path now: "-", "folder", or the content.
-std::string Content(const std::wstring& path) {
-    platform::FindData entry;
-    const platform::Handle search = platform::FindFirstFileW(path.c_str(), &entry);
-    if (search == platform::kInvalidHandle) return "-";
-    platform::FindClose(search);
-    if (entry.attributes == platform::kDirectoryAttribute) return "folder";
-    std::FILE* stream = platform::_wfopen(path.c_str(), L"rb");
-    if (stream == nullptr) return "closed";
-    char text[32] = {};
-    const std::size_t size = std::fread(text, 1, sizeof text, stream);
-    platform::fclose(stream);
-    return std::string(text, size);
-}
-
-void Put(const std::wstring& path, const char* content) {
-    std::FILE* stream = platform::_wfopen(path.c_str(), L"wb");
-    if (stream == nullptr) return;
-    std::fputs(content, stream);
-    platform::fclose(stream);
-}
 
 // Of a file that nobody else has touched; of a state that is none where there is no file.
 bool Exchange(const std::wstring& path, const char* content) {
@@ -167,29 +145,65 @@ void Contents() {
     }
 }
 
-void Lengths() {
-    std::wstring folder = L"\\Long";
-    platform::CreateDirectoryW(folder.c_str());
-    while (folder.size() < 200) {
-        folder += L"\\" + std::wstring(19, L'f');
-        platform::CreateDirectoryW(folder.c_str());
+// The system below has a meaning of its own for these; a device's files may have them.
+void ReservedNames() {
+    for (const wchar_t* name : {L"con", L"CON", L"nul", L"NUL.gpx", L"aux.gpx", L"prn", L"com1", L"COM1.gpx",
+                                L"lpt9", L"com\xB9", L"conin$", L"clock$", L"con.tar.gz", L"nul ", L"aux."}) {
+        const std::wstring path = std::wstring(L"\\Files\\") + name, moved = path + L".moved";
+        const auto print = [&](const std::string& call, bool answer) {
+            Print(call + " " + Quoted(path), YesNo(answer) + " " + Content(path) + " " + Content(moved));
+        };
+        Put(path, "x");
+        print("make", true);
+        print("replace", platform::ReplaceFileContent(path.c_str(), "new"));
+        print("make folder", platform::CreateDirectoryW(path.c_str()));
+        print("move from", platform::MoveFileW(path.c_str(), moved.c_str()));
+        print("move to", platform::MoveFileW(moved.c_str(), path.c_str()));
+        print("delete", platform::DeleteFileW(path.c_str()));
     }
-    for (const std::size_t length : {240u, 247u, 248u, 249u, 258u, 259u, 260u, 261u, 264u, 300u}) {
-        const std::wstring prefix = folder + L"\\";
-        const std::wstring made = prefix + std::wstring(length - prefix.size(), L'd'),
-                           file = prefix + std::wstring(length - prefix.size(), L'x'),
-                           moved = prefix + std::wstring(length - prefix.size(), L'm');
-        Print("make folder " + Quoted(made), YesNo(platform::CreateDirectoryW(made.c_str())));
-        Put(file, "x");
-        Print("content " + Quoted(file), Content(file));
-        const bool isReplaced = platform::ReplaceFileContent(file.c_str(), "y");
-        Print("replace " + Quoted(file), YesNo(isReplaced) + " " + Content(file));
-        Print("move to " + Quoted(moved), YesNo(platform::MoveFileW(file.c_str(), moved.c_str())));
-        Print("delete " + Quoted(moved), YesNo(platform::DeleteFileW(moved.c_str())));
+}
+
+// As it is stored, in its own letter case.
+std::string StoredName(const std::wstring& path) {
+    platform::FindData entry;
+    const platform::Handle search = platform::FindFirstFileW(path.c_str(), &entry);
+    return platform::FindClose(search) ? Quoted(entry.name) : "-";
+}
+
+void LetterCases() {
+    Restore();
+    Put(L"\\Files\\A.DAT", "x");
+    Print("overwrite in capitals", StoredName(L"\\Files\\a.dat"));
+    platform::ReplaceFileContent(L"\\Files\\B.DAT", "new");
+    Print("replace in capitals", StoredName(L"\\Files\\b.dat") + " " + Content(L"\\Files\\b.dat"));
+    for (const wchar_t* path : {L"\\Files\\A.dat", L"\\FILES\\a.DAT", L"\\Files\\DIR"}) {
+        const bool isMoved = platform::MoveFileW(path, path);
+        Print("respell " + Quoted(path), YesNo(isMoved) + " " + StoredName(path));
     }
 }
 
 }  // namespace
+
+std::string Content(const std::wstring& path) {
+    platform::FindData entry;
+    const platform::Handle search = platform::FindFirstFileW(path.c_str(), &entry);
+    if (search == platform::kInvalidHandle) return "-";
+    platform::FindClose(search);
+    if (entry.attributes == platform::kDirectoryAttribute) return "folder";
+    std::FILE* stream = platform::_wfopen(path.c_str(), L"rb");
+    if (stream == nullptr) return "closed";
+    char text[32] = {};
+    const std::size_t size = std::fread(text, 1, sizeof text, stream);
+    platform::fclose(stream);
+    return std::string(text, size);
+}
+
+void Put(const std::wstring& path, const char* content) {
+    std::FILE* stream = platform::_wfopen(path.c_str(), L"wb");
+    if (stream == nullptr) return;
+    std::fputs(content, stream);
+    platform::fclose(stream);
+}
 
 void FileNames() {
     Folders();
@@ -197,7 +211,8 @@ void FileNames() {
     Moves();
     Openings();
     Contents();
-    Lengths();
+    ReservedNames();
+    LetterCases();
 }
 
 }  // namespace answers

@@ -53,5 +53,7 @@ int main() {
     answers::Calendar();
     answers::Searches();
     answers::FileNames();
+    answers::Lengths();
+    answers::Streams();
     RemoveFolder(root);
 }

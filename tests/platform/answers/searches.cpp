@@ -130,11 +130,9 @@ void Searches() {
     for (const wchar_t* path :
          {L"\\.", L"\\..", L"\\..\\..", L"\\Search\\..", L"\\Search\\.", L"\\Search", L"\\Search\\"})
         Search(path);
-    for (const std::size_t length : {258u, 259u, 260u, 261u, 300u}) {
-        Search(L"\\Search\\" + std::wstring(length - 8, L'n'));
-        Search(L"\\Search\\" + std::wstring(length - 9, L'a') + L"*");
-        Search(std::wstring(length - 7, L'\\') + L"Search\\a.gpx");
-    }
+    for (const std::size_t length : {258u, 259u, 260u, 261u, 300u})
+        for (const wchar_t* name : {L"a.gpx", L"A.GPX", L"*.gpx", L"no.gpx"})
+            for (const std::wstring& path : Lengthened(L"\\Search", name, length)) Search(path);
     for (const platform::Handle none : {platform::kInvalidHandle, platform::Handle{0}, platform::Handle{99999}})
         Print("close " + std::to_string(none), YesNo(platform::FindClose(none)));
 }
