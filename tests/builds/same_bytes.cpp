@@ -20,6 +20,7 @@ namespace {
 
 constexpr int kFixes = 12000;        // more than the ring holds
 constexpr int kFixesOfTrack = 9000;  // no more than a record stream holds
+constexpr int kFixesOfRing = 10000;
 constexpr const char* kTrackFolder = "\\App\\Track";
 
 // A winding drive with stops, a pause now and then, and every field in use.
@@ -45,19 +46,24 @@ void SetUp(const std::string& folder) {
     CTrackMan::Instance()->SetIsHasEnoughSpaceCallFun([](bool) { return true; });
 }
 
-// Waits for the list of tracks.
-void Load() {
+// Waits for the list of tracks; false when it does not come in a minute.
+bool Load() {
+    using namespace std::chrono;
     CTrackMan& library = *CTrackMan::Instance();
+    const auto end = steady_clock::now() + minutes(1);
     library.LoadData();
-    while (library.IsLoadingDataToMap()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (library.IsLoadingDataToMap() && steady_clock::now() < end)
+        std::this_thread::sleep_for(milliseconds(1));
+    return !library.IsLoadingDataToMap();
 }
 
-void Record() {
+bool Record() {
     CTrackMan& library = *CTrackMan::Instance();
-    Load();
+    if (!Load()) return false;
     library.Start();
     for (int i = 0; i < kFixes; ++i) library.SaveToTempTrack(Fix(i));
     library.Stop();
+    return true;
 }
 
 CTrack Whole() {
@@ -76,34 +82,61 @@ void SaveInEveryForm() {
     platform::fclose(stream);
 }
 
-void PrintTrack(const char* what, CTrack& track) {
-    double latitude = 0, longitude = 0;
+// All that the ring holds, in order.
+CTrack Recording() {
+    CTrackEx& recording = *CTrackMan::Instance()->GetLogTrack();
+    CTrack all;
+    for (int i = 0; i < recording.GetSliceNum(); ++i)
+        for (const TckPt& point : recording.GetSliceTrace(i)->GetPtList()) all.AppendPt(point, false);
+    return all;
+}
+
+CTrack RecordStream() {
+    CTrack track;
+    std::FILE* stream = platform::fopen("\\App\\track.bin", "rb");
+    track.Load(stream);
+    platform::fclose(stream);
+    return track;
+}
+
+CTrack Document() {
+    CTrack track;
+    track.Load(std::string(kTrackFolder) + "\\whole.gpx");
+    return track;
+}
+
+// False for another number of points than was written.
+bool PrintTrack(const char* what, CTrack track, int count) {
+    double latitude = 0, longitude = 0, altitude = 0;
     for (const TckPt& point : track.GetPtList()) {
         latitude += point.dLatitude;
         longitude += point.dLongitude;
+        altitude += point.dAltitude;
     }
-    std::printf("%s: %lu points, %a %a, length %a, area %a\n", what,
-                static_cast<unsigned long>(track.GetPtCount()), latitude, longitude,
+    std::printf("%s: %lu points, %a %a %a, length %a, area %a\n", what,
+                static_cast<unsigned long>(track.GetPtCount()), latitude, longitude, altitude,
                 static_cast<double>(track.GetLength()), static_cast<double>(track.GetArea()));
+    return track.GetPtCount() == static_cast<decltype(track.GetPtCount())>(count);
 }
 
-void Read() {
+void PrintTracks() {
     CTrackMan& library = *CTrackMan::Instance();
-    Load();
-    PrintTrack("recording", *library.GetLogTrack());
     for (unsigned long i = 0; i < library.GetCnt(); ++i) {
         CTrackProxy& proxy = *library.GetTrack(i);
         std::printf("%s: length %a, area %a, from %d to %d\n", proxy.GetName().c_str(),
                     static_cast<double>(proxy.GetLength()), static_cast<double>(proxy.GetArea()),
                     static_cast<int>(proxy.GetStartTime()), static_cast<int>(proxy.GetEndTime()));
     }
-    CTrack whole, stored;
-    std::FILE* stream = platform::fopen("\\App\\track.bin", "rb");
-    stored.Load(stream);
-    platform::fclose(stream);
-    PrintTrack("record stream", stored);
-    whole.Load(std::string(kTrackFolder) + "\\whole.gpx");
-    PrintTrack("document", whole);
+}
+
+// False unless everything was found that was written: two builds that read nothing agree as well.
+bool Read() {
+    if (!Load()) return false;
+    PrintTracks();
+    const bool isRecorded = PrintTrack("recording", Recording(), kFixesOfRing);
+    const bool isStored = PrintTrack("record stream", RecordStream(), kFixesOfTrack);
+    const bool isExported = PrintTrack("document", Document(), kFixesOfTrack);
+    return isRecorded && isStored && isExported && CTrackMan::Instance()->GetCnt() >= 1;
 }
 
 }  // namespace
@@ -113,11 +146,14 @@ int main(int count, char** arguments) {
     const std::string action = arguments[1];
     if (action == "write") std::filesystem::create_directories(FromUtf8(arguments[2]) / "App");
     SetUp(arguments[2]);
+    bool isDone = false;
     if (action == "write") {
-        Record();
+        isDone = Record();
         SaveInEveryForm();
     } else {
-        Read();
+        isDone = Read();
     }
     delete CTrackMan::Instance();
+    if (!isDone) std::fprintf(stderr, "same_bytes: not everything is there\n");
+    return isDone ? 0 : 1;
 }
