@@ -12,6 +12,11 @@ target_compile_options(qtrace_options INTERFACE
   -ffp-contract=off -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<BOOL:${QTRACE_WARNINGS_AS_ERRORS}>:-Werror>)
 
+# Sizes of files and times have 64 bits on 32-bit systems too; headers of ours show neither to a host.
+if(CMAKE_SIZEOF_VOID_P EQUAL 4 AND NOT WIN32)
+  target_compile_definitions(qtrace_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
+
 if(QTRACE_SANITIZE)
   target_compile_options(qtrace_options INTERFACE
     -fsanitize=${QTRACE_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -7,6 +7,9 @@
 
 namespace platform {
 
+// 32-bit systems have smaller ones unless they are asked not to: they end at 2 GiB and in 2038.
+static_assert(sizeof(off_t) == 8 && sizeof(time_t) == 8);
+
 // The read-only attribute of a device's file: nobody may write it. Said of the file, not of who asks: the
 // superuser, whom rights do not hold back, does not write or delete such a file either.
 inline bool IsReadOnly(const struct stat& status) {
