@@ -119,6 +119,27 @@ TEST_F(Device, Separators_MayBeMixedAndRepeated) {
         EXPECT_TRUE(Opens(path));
 }
 
+// What the path leads to is there: nothing but its length can be wrong.
+TEST_F(Device, PathOf259Characters_IsTheLongestThatLeadsSomewhere) {
+    for (const std::size_t length : {259u, 260u}) {
+        const bool isPath = length == 259;
+        const auto lengthened = [length](const std::wstring& name) {
+            return L"\\Track" + std::wstring(length - 6 - name.size(), L'\\') + name;
+        };
+        const std::wstring path = lengthened(L"a.gpx");
+        platform::FindData entry;
+        Write("\\Track\\a.gpx", "one");
+        EXPECT_EQ(Opens(path), isPath);
+        EXPECT_EQ(platform::FindClose(platform::FindFirstFileW(path.c_str(), &entry)), isPath);
+        EXPECT_EQ(platform::FindClose(platform::FindFirstFileW(lengthened(L"*.gpx").c_str(), &entry)), isPath);
+        EXPECT_EQ(platform::ReplaceFileContent(path.c_str(), "two"), isPath);
+        EXPECT_EQ(platform::CreateDirectoryW(lengthened(L"dir").c_str()), isPath);
+        EXPECT_EQ(platform::MoveFileW(path.c_str(), L"\\Track\\from.gpx"), isPath);
+        EXPECT_EQ(platform::MoveFileW(L"\\Track\\from.gpx", path.c_str()), isPath);
+        EXPECT_EQ(platform::DeleteFileW(path.c_str()), isPath);
+    }
+}
+
 TEST_F(Device, DotsAndBlanksAtTheEnd_AreDropped) {
     EXPECT_TRUE(Makes(L"\\a.gpx. "));
     EXPECT_TRUE(Exists("\\a.gpx"));
