@@ -1,24 +1,14 @@
 // The program `qtrace`: one command a file. Exit codes: 0 done, 1 failed, 2 wrong usage.
-#include <fcntl.h>
-
-#include <csignal>
 #include <exception>
 #include <iostream>
-#include <tuple>
 
 #include "host/program.h"
 #include "host/settings/configuration.h"
 #include "host/settings/usage_message.h"
 #include "host/text/display_width.h"
+#include "host/text/terminal.h"
 
 namespace {
-
-// A standard stream that came closed would let the next file that is opened take its place, and what is said
-// would be written into that file.
-void OpenStandardStreams() {
-    for (int stream = 0; stream <= 2; ++stream)
-        if (::fcntl(stream, F_GETFD) < 0) std::ignore = ::open("/dev/null", O_RDWR);
-}
 
 void Describe(CLI::App& app) {
     app.name("qtrace");
@@ -70,8 +60,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    OpenStandardStreams();
-    std::signal(SIGXFSZ, SIG_IGN);  // a limit on file sizes is then an error like a full disk
+    host::PrepareStandardStreams();
     try {
         const int exitCode = Run(argc, argv);
         if (std::cout.flush()) return exitCode;

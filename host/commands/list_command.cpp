@@ -1,6 +1,4 @@
 // `qtrace list`: the saved tracks. One of them in full: host/commands/info_command.cpp.
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>

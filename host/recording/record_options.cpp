@@ -4,7 +4,7 @@
 #include <map>
 
 #include "host/page/page_server.h"
-#include "host/source/serial_device.h"
+#include "host/source/receivers.h"
 #include "host/text/choice.h"
 
 namespace host {

@@ -24,4 +24,11 @@ class RecorderLock {
     std::optional<std::string> m_problem;
 };
 
+// Whether a lock file is locked; nothing is made. To be asked while the process that noted itself there is
+// alive: it is tried for a moment, and a recorder that starts in this moment would find it taken.
+bool IsLocked(const std::string& file);
+
+// Whether there is a process of this number, be it anybody's.
+bool IsAlive(int process);
+
 }  // namespace host

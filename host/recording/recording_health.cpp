@@ -1,12 +1,10 @@
 // The health of the live recording's files, and what is left behind in the folders. That of stored tracks:
 // host/tracks/track_health.cpp.
-#include <signal.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 
 #include "host/recording/device_health.h"
+#include "host/recording/recorder_lock.h"
 #include "host/text/text.h"
 
 namespace host {
@@ -48,7 +46,7 @@ bool IsTemporary(const std::string& name) {
     if (!name.starts_with(kFront) || !name.ends_with(".tmp")) return false;
     int process = 0;
     std::from_chars(name.data() + kFront.size(), name.data() + name.size(), process);
-    return process <= 0 || (kill(process, 0) != 0 && errno == ESRCH);
+    return !IsAlive(process);
 }
 
 bool IsBackup(const std::string& name) { return name.starts_with("TmpTk") && name.ends_with(".bk"); }

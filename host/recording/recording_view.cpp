@@ -1,15 +1,10 @@
 #include "host/recording/recording_view.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/file.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <charconv>
 #include <chrono>
 #include <thread>
 
+#include "host/recording/recorder_lock.h"
 #include "host/recording/saved_mark.h"
 #include "host/text/file_bytes.h"
 
@@ -18,18 +13,10 @@ namespace {
 
 constexpr std::uint64_t kLargest = 16'000'000;  // a ring has at most 65535 records of 48 bytes
 
-bool IsAlive(const std::string& process) {
+int NumberIn(const std::string& process) {
     int id = 0;
     std::from_chars(process.data(), process.data() + process.size(), id);
-    return id > 0 && (kill(id, 0) == 0 || errno == EPERM);
-}
-
-bool IsLocked(const std::string& file) {
-    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) return false;
-    const bool isLocked = flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    close(descriptor);
-    return isLocked;
+    return id;
 }
 
 void ReadRing(RecordingView& files) {
@@ -46,7 +33,7 @@ std::optional<std::string> RunningRecorder(const DeviceFolder& device) {
     const std::string file = (device.Recording() / "recorder.lock").string();
     const std::string note = ReadWholeFile(file, 100).bytes;
     const std::string process = note.substr(0, note.find('\n'));
-    return IsAlive(process) && IsLocked(file) ? std::optional(process) : std::nullopt;
+    return IsAlive(NumberIn(process)) && IsLocked(file) ? std::optional(process) : std::nullopt;
 }
 
 RecordingView ViewRecording(const DeviceFolder& device) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <chrono>
-#include <csignal>
+#include <memory>
 
 namespace host {
 
@@ -27,8 +27,9 @@ class StopSignals {
     bool Requested() const { return m_requested; }
 
  private:
-    sigset_t m_before{};
-    int m_signals = -1;
+    struct Watch;  // one form a system: host/posix, host/windows
+
+    std::unique_ptr<Watch> m_watch;
     bool m_requested = false;
 };
 

@@ -1,32 +1,26 @@
 #include "host/settings/configuration.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
 #include <memory>
 #include <system_error>
 
 #include "host/settings/configuration_text.h"
 #include "host/settings/device_folder.h"
+#include "host/settings/user_folders.h"
+#include "host/text/file_bytes.h"
 
 namespace fs = std::filesystem;
 
 namespace host {
 namespace {
 
-// $QTRACE_CONFIG, else in $XDG_CONFIG_HOME, else in ~/.config; empty when there is no home.
+// $QTRACE_CONFIG, else among the user's settings; empty when there is no home.
 std::string DefaultFile() {
-    const auto variable = [](const char* name) {
-        const char* value = std::getenv(name);
-        return fs::path(value == nullptr ? "" : value);
-    };
-    if (const fs::path file = variable("QTRACE_CONFIG"); !file.empty()) return file.string();
-    if (const fs::path folder = variable("XDG_CONFIG_HOME"); folder.is_absolute())
-        return (folder / "qtrace" / "config.toml").string();
-    const fs::path home = variable("HOME");
-    return home.empty() ? "" : (home / ".config" / "qtrace" / "config.toml").string();
+    const char* file = std::getenv("QTRACE_CONFIG");
+    if (file != nullptr && *file != '\0') return file;
+    const fs::path folder = UserSettingsFolder();
+    return folder.empty() ? "" : (folder / "qtrace" / "config.toml").string();
 }
 
 // An option without a default belongs to one call alone, as --yes does.
@@ -130,9 +124,9 @@ std::optional<std::string> Configuration::Problem() const {
         return m_problem;
     if (fs::is_directory(file, unknown))
         return file.string() + " is a folder, and should be a file with settings";
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(file.c_str(), "rbe"), &std::fclose);
-    if (opened) return std::nullopt;
-    return file.string() + " cannot be read: " + std::strerror(errno);
+    const FileReader opened(file.string());
+    if (opened.Problem().empty()) return std::nullopt;
+    return file.string() + " cannot be read: " + opened.Problem();
 }
 
 void AddConfiguration(CLI::App& app) {

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "host/settings/host_settings.h"
+#include "host/settings/user_folders.h"
 
 namespace fs = std::filesystem;
 
@@ -23,17 +24,16 @@ fs::path FromEnvironment(const char* variable) {
 
 fs::path DefaultDeviceFolder() {
     if (const fs::path device = FromEnvironment("QTRACE_DEVICE"); !device.empty()) return device;
-    if (const fs::path data = FromEnvironment("XDG_DATA_HOME"); data.is_absolute()) return data / "qtrace";
-    const fs::path home = FromEnvironment("HOME");
-    return home.empty() ? home : home / ".local" / "share" / "qtrace";
+    const fs::path data = UserDataFolder();
+    return data.empty() ? data : data / "qtrace";
 }
 
 bool IsDeviceInEnvironment() { return !FromEnvironment("QTRACE_DEVICE").empty(); }
 
 DeviceFolder::DeviceFolder(const HostSettings& settings)
     : m_root(fs::absolute(settings.device).lexically_normal()),
-      m_tracks(m_root / settings.tracks),
-      m_cardTracks(m_root / settings.cardTracks) {}
+      m_tracks((m_root / settings.tracks).make_preferred()),
+      m_cardTracks((m_root / settings.cardTracks).make_preferred()) {}
 
 std::optional<std::string> DeviceFolder::Prepare() const {
     for (const fs::path& folder : {Recording(), Tracks()}) {

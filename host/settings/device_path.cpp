@@ -17,7 +17,7 @@ std::string DevicePath(const std::string& folder) {
 fs::path FileOf(const DeviceFolder& device, const std::string& devicePath) {
     std::string path = ToUtf8(devicePath);
     std::replace(path.begin(), path.end(), '\\', '/');
-    return device.Root() / fs::path(path).relative_path();
+    return (device.Root() / fs::path(path).relative_path()).make_preferred();
 }
 
 }  // namespace host

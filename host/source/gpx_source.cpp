@@ -1,9 +1,9 @@
 #include "host/source/gpx_source.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
+#include "host/text/descriptor.h"
 #include "host/text/text.h"
 
 namespace fs = std::filesystem;
@@ -19,7 +19,7 @@ class CopyFolder {
     CopyFolder() {
         std::error_code problem;
         std::string name = (fs::temp_directory_path(problem) / "qtrace-XXXXXX").string();
-        if (mkdtemp(name.data()) != nullptr) m_path = name;
+        if (MakeNewFolder(name)) m_path = name;
     }
     ~CopyFolder() {
         std::error_code ignored;

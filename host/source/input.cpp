@@ -1,17 +1,22 @@
 #include "host/source/input.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "host/text/descriptor.h"
+
 namespace host {
+namespace {
+
+constexpr int kStandardInput = 0;
+
+}  // namespace
 
 Input::Input(const std::string& path) : m_name(path == "-" ? "standard input" : path) {
-    m_descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    m_descriptor = path == "-" ? kStandardInput : OpenToRead(path);
     struct stat about {};
     if (m_descriptor < 0 || fstat(m_descriptor, &about) != 0) {
         m_problem = std::strerror(errno);
@@ -27,7 +32,7 @@ Input::Input(const std::string& path) : m_name(path == "-" ? "standard input" : 
 Input::~Input() { Close(); }
 
 void Input::Close() {
-    if (m_descriptor > STDERR_FILENO) close(m_descriptor);
+    if (m_descriptor > kStandardInput) CloseFile(m_descriptor);
     m_descriptor = -1;
 }
 
@@ -35,7 +40,7 @@ Input::Got Input::Read(StopSignals& stop, std::chrono::milliseconds atMost, std:
     const Awaited awaited = stop.WaitForInput(m_descriptor, atMost);
     if (awaited == Awaited::Stop) return Got::Stopped;
     if (awaited == Awaited::TimeIsUp) return Got::Nothing;
-    const ssize_t count = read(m_descriptor, m_buffer.data(), m_buffer.size());
+    const std::ptrdiff_t count = ReadSome(m_descriptor, m_buffer.data(), m_buffer.size());
     if (count < 0) m_problem = std::strerror(errno);
     if (count <= 0) return count < 0 ? Got::Error : Got::End;
     m_bytesRead += static_cast<std::uint64_t>(count);

@@ -2,11 +2,10 @@
 
 #include <utility>
 
-#include "host/source/gpsd_source.h"
 #include "host/source/gpx_source.h"
 #include "host/source/input.h"
 #include "host/source/nmea_source.h"
-#include "host/source/serial_device.h"
+#include "host/source/receivers.h"
 
 namespace host {
 namespace {
@@ -24,9 +23,9 @@ Opened OpenGpx(const std::string& file) {
 }
 
 Opened OpenDevice(const RecordArguments& arguments, Say say) {
-    auto device = std::make_unique<SerialDevice>(arguments.file, arguments.baud, std::move(say));
-    if (const auto problem = device->OpenFirst()) return Unreadable(arguments.file, *problem);
-    return std::make_unique<NmeaSource>(std::move(device));
+    auto opened = OpenSerialLine(arguments.file, arguments.baud, std::move(say));
+    if (const auto* problem = std::get_if<std::string>(&opened)) return Unreadable(arguments.file, *problem);
+    return std::make_unique<NmeaSource>(std::move(std::get<std::unique_ptr<ByteSource>>(opened)));
 }
 
 Opened OpenStream(const std::string& file) {
@@ -38,7 +37,7 @@ Opened OpenStream(const std::string& file) {
 }  // namespace
 
 Opened OpenSource(const RecordArguments& arguments, Say say) {
-    if (arguments.gpsd) return std::make_unique<GpsdSource>(GpsdAddress::From(*arguments.gpsd), std::move(say));
+    if (arguments.gpsd) return OpenGpsd(*arguments.gpsd, std::move(say));
     if (!arguments.gpx.empty()) return OpenGpx(arguments.gpx);
     const bool isDevice = arguments.file != "-" && (arguments.baud || IsSerialDevice(arguments.file));
     return isDevice ? OpenDevice(arguments, std::move(say)) : OpenStream(arguments.file);

@@ -10,6 +10,8 @@
 #include <map>
 #include <utility>
 
+#include "host/source/receivers.h"
+
 namespace host {
 namespace {
 

@@ -9,19 +9,12 @@
 #include <chrono>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "host/source/back_off.h"
 #include "host/source/byte_source.h"
 #include "host/source/fix_source.h"
 
 namespace host {
-
-// The speeds of a line that --baud may name.
-std::vector<int> BaudRates();
-
-// Whether the path names a serial line, or a place below /dev where nothing is yet.
-bool IsSerialDevice(const std::string& path);
 
 // The line is made raw, at the speed that it has or at `baud`, and gets its settings back when it is closed.
 class SerialDevice : public ByteSource {

@@ -1,15 +1,14 @@
 #include "host/text/confirm.h"
 
-#include <unistd.h>
-
 #include <iostream>
 
 #include "host/text/display_width.h"
+#include "host/text/terminal.h"
 #include "qtrace.h"
 
 namespace host {
 
-bool CanAsk() { return ::isatty(STDIN_FILENO) != 0; }
+bool CanAsk() { return IsTerminalForAnswers(); }
 
 bool Confirm(const std::string& question) {
     std::cout.flush();

@@ -1,27 +1,31 @@
 #include "host/text/file_bytes.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <array>
 #include <cerrno>
 #include <cstring>
 
+#include "host/text/descriptor.h"
+
 namespace host {
+namespace {
+
+constexpr int kStandardInput = 0;
+
+}  // namespace
 
 FileReader::FileReader(const std::string& path) {
-    m_descriptor = path == "-" ? STDIN_FILENO : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    m_descriptor = path == "-" ? kStandardInput : OpenToRead(path);
     if (m_descriptor < 0) m_problem = std::strerror(errno);
 }
 
 FileReader::~FileReader() {
-    if (m_descriptor > STDERR_FILENO) close(m_descriptor);
+    if (m_descriptor > kStandardInput) CloseFile(m_descriptor);
 }
 
 std::size_t FileReader::Read(char* buffer, std::size_t size) {
     std::size_t filled = 0;
     while (m_problem.empty() && filled < size) {
-        const ssize_t count = read(m_descriptor, buffer + filled, size - filled);
+        const std::ptrdiff_t count = ReadSome(m_descriptor, buffer + filled, size - filled);
         if (count == 0) break;
         if (count > 0)
             filled += static_cast<std::size_t>(count);

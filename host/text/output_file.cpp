@@ -1,49 +1,25 @@
 #include "host/text/output_file.h"
 
-#include <fcntl.h>
-#include <stdio.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <system_error>
-#include <tuple>
+#include <utility>
+
+#include "host/text/descriptor.h"
+#include "host/text/file_place.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kStandardOutput = 1, kStandardError = 2;
 constexpr std::size_t kPiece = 65536;
-
-// Calls it again as long as a signal comes in between.
-template <typename Call>
-auto Uninterrupted(Call call) {
-    auto result = call();
-    while (result < 0 && errno == EINTR) result = call();
-    return result;
-}
 
 bool IsFileOrNothing(const std::string& path) {
     std::error_code unreadable;
     const fs::file_status status = fs::status(path, unreadable);
     return !fs::exists(status) || fs::is_regular_file(status);
-}
-
-// Owner and rights of the file that is replaced; the rights that a new file has without our asking. Another's
-// file that only the superuser could give away becomes ours.
-bool TakeRightsOf(const std::string& file, int descriptor) {
-    struct stat existing {};
-    if (stat(file.c_str(), &existing) == 0) {
-        std::ignore = fchown(descriptor, existing.st_uid, existing.st_gid);
-        return fchmod(descriptor, existing.st_mode & 07777u) == 0;
-    }
-    const mode_t mask = umask(0);
-    umask(mask);
-    return fchmod(descriptor, 0666 & ~mask) == 0;
 }
 
 // Where the links at the end of the path lead, be it to nothing. A path in a circle stays one.
@@ -55,37 +31,21 @@ fs::path BehindLinks(fs::path path) {
     return path;
 }
 
-// Whether the new name is taken is decided by the system in the same step as the move.
-bool MoveToFreeName(const std::string& from, const std::string& to) {
-    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
-    if (errno != EINVAL && errno != ENOSYS) return false;
-    return link(from.c_str(), to.c_str()) == 0 && unlink(from.c_str()) == 0;
-}
-
-void CommitFolder(const std::string& file) {
-    const std::string folder = fs::absolute(file).parent_path().string();
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) return;
-    Uninterrupted([descriptor] { return fsync(descriptor); });
-    close(descriptor);
-}
-
 }  // namespace
 
 int MakeTemporary(const fs::path& folder, std::string& path) {
-    constexpr std::string_view kEnd = ".tmp";
-    path = (folder / (".qtrace-" + std::to_string(getpid()) + "-XXXXXX")).string().append(kEnd);
-    return mkostemps(path.data(), static_cast<int>(kEnd.size()), O_CLOEXEC);
+    path = (folder / (".qtrace-" + std::to_string(ProcessNumber()) + "-XXXXXX.tmp")).string();
+    return MakeNewFile(path);
 }
 
 OutputFile::OutputFile(const std::string& path, bool overwrite) : m_path(path), m_overwrite(overwrite) {
     std::error_code unreadable;
     if (path == "-") {
-        m_descriptor = STDOUT_FILENO;
+        m_descriptor = kStandardOutput;
     } else if (fs::is_directory(path, unreadable)) {
         m_problem = path + " is a folder";
     } else if (!IsFileOrNothing(path)) {
-        m_descriptor = Uninterrupted([&] { return open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); });
+        m_descriptor = OpenToWrite(path);
         if (m_descriptor < 0) Remember("opened");
     } else if (fs::exists(path, unreadable) && !overwrite) {
         m_problem = path + " exists already; --force replaces it";
@@ -108,9 +68,11 @@ void OutputFile::OpenTemporary() {
     if (m_descriptor < 0 || !TakeRightsOf(m_path, m_descriptor)) Remember("written");
 }
 
+// A file that is open cannot be removed everywhere.
 OutputFile::~OutputFile() {
-    if (m_descriptor > STDERR_FILENO) close(m_descriptor);
-    if (!m_temporary.empty()) unlink(m_temporary.c_str());
+    if (m_descriptor > kStandardError) CloseFile(m_descriptor);
+    std::error_code ignored;
+    if (!m_temporary.empty()) fs::remove(m_temporary, ignored);
 }
 
 void OutputFile::Remember(const char* what) {
@@ -125,13 +87,7 @@ bool OutputFile::Write(std::string_view text) {
 }
 
 void OutputFile::WriteOut() {
-    for (std::string_view rest = m_waiting; !rest.empty() && !m_problem;) {
-        const ssize_t count = Uninterrupted([&] { return write(m_descriptor, rest.data(), rest.size()); });
-        if (count >= 0)
-            rest.remove_prefix(static_cast<std::size_t>(count));
-        else
-            Remember("written");
-    }
+    if (!m_problem && !WriteAll(m_descriptor, m_waiting)) Remember("written");
     m_waiting.clear();
 }
 
@@ -142,12 +98,12 @@ std::optional<std::string> OutputFile::Finish() {
 }
 
 void OutputFile::TakePlace() {
-    if (Uninterrupted([this] { return fsync(m_descriptor); }) != 0) return Remember("written");
-    const bool moved =
-        m_overwrite ? rename(m_temporary.c_str(), m_path.c_str()) == 0 : MoveToFreeName(m_temporary, m_path);
-    if (!moved) return Remember("put in its place");
-    m_temporary.clear();
-    CommitFolder(m_path);
+    if (!Commit(m_descriptor)) return Remember("written");
+    CloseFile(std::exchange(m_descriptor, -1));
+    if (const std::string why = MoveToPlace(m_temporary, m_path, m_overwrite); !why.empty())
+        m_problem = m_path + " cannot be put in its place: " + why;
+    else
+        m_temporary.clear();
 }
 
 std::optional<std::string> ReplaceFile(const fs::path& file, std::string_view text) {

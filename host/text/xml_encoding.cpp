@@ -1,49 +1,11 @@
 #include "host/text/xml_encoding.h"
 
-#include <iconv.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
 
 #include <CLI/CLI.hpp>
 
 namespace host {
 namespace {
-
-constexpr int kFirstOfTwo = -2;  // the parser's mark for a byte that begins a character of two
-constexpr int kNoCharacter = -1;
-
-// One character of the encoding to Unicode. `cut` tells that the bytes are only its beginning.
-int Convert(iconv_t converter, const char* bytes, std::size_t size, bool& cut) {
-    std::array<unsigned char, 8> unicode{};
-    char* in = const_cast<char*>(bytes);
-    char* out = reinterpret_cast<char*>(unicode.data());
-    std::size_t inLeft = size, outLeft = unicode.size();
-    iconv(converter, nullptr, nullptr, nullptr, nullptr);
-    const bool good = iconv(converter, &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1);
-    cut = !good && errno == EINVAL;
-    if (!good || outLeft != unicode.size() - 4) return kNoCharacter;
-    return unicode[0] | unicode[1] << 8 | unicode[2] << 16;
-}
-
-int XMLCALL ConvertTwo(void* converter, const char* bytes) {
-    bool cut = false;
-    return Convert(converter, bytes, 2, cut);
-}
-
-void XMLCALL Close(void* converter) { iconv_close(converter); }
-
-// The value of the declaration's encoding, in lower case; empty when there is none.
-std::string DeclaredEncoding(std::string_view beginning) {
-    const std::string_view declaration = beginning.substr(0, beginning.find('>'));
-    const std::size_t at = declaration.find("encoding");
-    if (!declaration.starts_with("<?xml") || at == std::string_view::npos) return "";
-    const std::size_t open = declaration.find_first_of("'\"", at);
-    if (open == std::string_view::npos) return "";
-    const std::string_view rest = declaration.substr(open + 1);
-    return CLI::detail::to_lower(std::string(rest.substr(0, rest.find_first_of("'\""))));
-}
 
 bool HasUtf8Mark(std::string_view beginning) { return beginning.starts_with("\xEF\xBB\xBF"); }
 
@@ -73,19 +35,14 @@ std::size_t GoodBytes(const unsigned char* bytes, std::size_t available) {
 
 }  // namespace
 
-int XMLCALL FillEncoding(void*, const XML_Char* name, XML_Encoding* encoding) {
-    const iconv_t converter = iconv_open("UTF-32LE", name);
-    if (converter == reinterpret_cast<iconv_t>(-1)) return XML_STATUS_ERROR;
-    for (int byte = 0; byte < 256; ++byte) {
-        const char one = static_cast<char>(byte);
-        bool cut = false;
-        encoding->map[byte] = Convert(converter, &one, 1, cut);
-        if (cut) encoding->map[byte] = kFirstOfTwo;
-    }
-    encoding->data = converter;
-    encoding->convert = ConvertTwo;
-    encoding->release = Close;
-    return XML_STATUS_OK;
+std::string DeclaredEncoding(std::string_view beginning) {
+    const std::string_view declaration = beginning.substr(0, beginning.find('>'));
+    const std::size_t at = declaration.find("encoding");
+    if (!declaration.starts_with("<?xml") || at == std::string_view::npos) return "";
+    const std::size_t open = declaration.find_first_of("'\"", at);
+    if (open == std::string_view::npos) return "";
+    const std::string_view rest = declaration.substr(open + 1);
+    return CLI::detail::to_lower(std::string(rest.substr(0, rest.find_first_of("'\""))));
 }
 
 const char* EncodingAgainstDeclaration(std::string_view beginning) {

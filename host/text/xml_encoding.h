@@ -1,4 +1,4 @@
-// Encodings of XML documents beyond those that the parser knows itself.
+// What an XML document's bytes are, as far as the parser is not told rightly by the document itself.
 #pragma once
 
 #include <cstdint>
@@ -6,17 +6,14 @@
 #include <string>
 #include <string_view>
 
-#include <expat.h>
-
 namespace host {
-
-// Fills the parser's table for a code page of one or two bytes a character, through the system's converter.
-// XML_STATUS_ERROR for a name that it does not know. To be set with XML_SetUnknownEncodingHandler.
-int XMLCALL FillEncoding(void*, const XML_Char* name, XML_Encoding* encoding);
 
 // The encoding that the parser must be told, since the beginning of the file is not what it declares: UTF-8
 // with a byte order mark, or single bytes under a declaration of UTF-16. Null otherwise.
 const char* EncodingAgainstDeclaration(std::string_view beginning);
+
+// The encoding that the declaration names, in lower case; empty when there is none.
+std::string DeclaredEncoding(std::string_view beginning);
 
 // Whether the document is read as UTF-8: it says so, or says nothing.
 bool IsUtf8(std::string_view beginning);

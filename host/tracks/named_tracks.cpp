@@ -1,16 +1,13 @@
 #include "host/tracks/named_tracks.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 #include <set>
 #include <system_error>
 
 #include "host/program.h"
 #include "host/text/display_width.h"
 #include "host/text/extension.h"
+#include "host/text/file_bytes.h"
 #include "host/text/text.h"
 
 namespace fs = std::filesystem;
@@ -22,8 +19,7 @@ std::string WhyUnreadable(const fs::path& file) {
     std::error_code special;
     if (!fs::is_regular_file(file, special))
         return "it is no file";  // opening a pipe would wait for its other end
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> opened(std::fopen(file.c_str(), "rbe"), &std::fclose);
-    if (!opened) return std::strerror(errno);
+    if (const FileReader opened(file.string()); !opened.Problem().empty()) return opened.Problem();
     std::error_code unknown;
     return fs::file_size(file, unknown) == 0 ? "it is empty" : "it holds no track that can be read";
 }

@@ -1,16 +1,13 @@
 #include "host/tracks/stored_track.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <vector>
 
+#include "host/text/descriptor.h"
 #include "host/text/output_file.h"
 
 namespace fs = std::filesystem;
@@ -33,13 +30,7 @@ void KnowHeader(CTrackProxy& track) {
 
 // How `write` fails on so many bytes; 0 when it does not.
 int TryToFill(int descriptor, std::size_t bytes) {
-    const std::vector<char> zeros(bytes);
-    for (std::size_t done = 0; done < bytes;) {
-        const ssize_t written = ::write(descriptor, zeros.data() + done, bytes - done);
-        if (written < 0) return errno;
-        done += static_cast<std::size_t>(written);
-    }
-    return ::fsync(descriptor) == 0 ? 0 : errno;
+    return WriteAll(descriptor, std::string(bytes, '\0')) && Commit(descriptor) ? 0 : errno;
 }
 
 // The file of before, in the system's temporary folder; empty when not even that can be written.
@@ -47,11 +38,10 @@ fs::path KeepCopy(const fs::path& file, const std::string& bytes) {
     std::error_code problem;
     std::string copy =
         (fs::temp_directory_path(problem) / ("qtrace-XXXXXX" + file.extension().string())).string();
-    const int made = ::mkostemps(copy.data(), static_cast<int>(file.extension().string().size()), O_CLOEXEC);
+    const int made = MakeNewFile(copy);
     if (made < 0) return {};
-    const bool isKept =
-        ::write(made, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) && ::fsync(made) == 0;
-    ::close(made);
+    const bool isKept = WriteAll(made, bytes) && Commit(made);
+    CloseFile(made);
     return isKept ? fs::path(copy) : fs::path();
 }
 
@@ -112,8 +102,9 @@ std::string WhyNotWritable(const fs::path& folder, std::size_t bytes) {
     const int descriptor = MakeTemporary(folder, name);
     if (descriptor < 0) return std::strerror(errno);
     const int problem = TryToFill(descriptor, bytes);
-    ::close(descriptor);
-    ::unlink(name.c_str());
+    CloseFile(descriptor);
+    std::error_code ignored;
+    fs::remove(name, ignored);
     return problem == 0 ? "" : std::strerror(problem);
 }
 

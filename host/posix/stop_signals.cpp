@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
 
 namespace host {
@@ -27,23 +28,30 @@ sigset_t StopSet() {
 
 }  // namespace
 
-StopSignals::StopSignals() {
+struct StopSignals::Watch {
+    sigset_t before{};
+    int signals = -1;
+};
+
+StopSignals::StopSignals() : m_watch(std::make_unique<Watch>()) {
     std::signal(SIGPIPE, SIG_IGN);
     const sigset_t set = StopSet();
-    pthread_sigmask(SIG_BLOCK, &set, &m_before);
-    m_signals = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (m_signals < 0) throw std::system_error(errno, std::generic_category(), "signals cannot be watched");
+    pthread_sigmask(SIG_BLOCK, &set, &m_watch->before);
+    m_watch->signals = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (m_watch->signals < 0)
+        throw std::system_error(errno, std::generic_category(), "signals cannot be watched");
 }
 
 StopSignals::~StopSignals() {
     signalfd_siginfo taken;
-    while (read(m_signals, &taken, sizeof taken) > 0) continue;  // asked and answered: the stop was clean
-    close(m_signals);
-    pthread_sigmask(SIG_SETMASK, &m_before, nullptr);
+    while (read(m_watch->signals, &taken, sizeof taken) > 0)
+        continue;  // asked and answered: the stop was clean
+    close(m_watch->signals);
+    pthread_sigmask(SIG_SETMASK, &m_watch->before, nullptr);
 }
 
 Awaited StopSignals::WaitForInput(int descriptor, std::chrono::milliseconds atMost) {
-    std::array<pollfd, 2> watched = {pollfd{m_signals, POLLIN, 0}, pollfd{descriptor, POLLIN, 0}};
+    std::array<pollfd, 2> watched = {pollfd{m_watch->signals, POLLIN, 0}, pollfd{descriptor, POLLIN, 0}};
     const int time = static_cast<int>(std::max<std::chrono::milliseconds::rep>(atMost.count(), 0));
     if (!m_requested && poll(watched.data(), watched.size(), time) < 0) return Awaited::TimeIsUp;
     if (watched[0].revents != 0) m_requested = true;

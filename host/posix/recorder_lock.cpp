@@ -1,6 +1,7 @@
 #include "host/recording/recorder_lock.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -46,5 +47,15 @@ RecorderLock::RecorderLock(const DeviceFolder& device) {
 RecorderLock::~RecorderLock() {
     if (m_descriptor >= 0) close(m_descriptor);
 }
+
+bool IsLocked(const std::string& file) {
+    const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return false;
+    const bool isLocked = flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    close(descriptor);
+    return isLocked;
+}
+
+bool IsAlive(int process) { return process > 0 && (kill(process, 0) == 0 || errno == EPERM); }
 
 }  // namespace host
