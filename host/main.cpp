@@ -1,9 +1,12 @@
 // The program `qtrace`: one command a file. Exit codes: 0 done, 1 failed, 2 wrong usage.
+#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <utility>
 
 #include "host/program.h"
 #include "host/settings/configuration.h"
+#include "host/settings/environment.h"
 #include "host/settings/usage_message.h"
 #include "host/text/display_width.h"
 #include "host/text/terminal.h"
@@ -21,7 +24,7 @@ void Describe(CLI::App& app) {
     app.footer("Exit codes: 0 done, 1 failed, 2 wrong usage. 'qtrace COMMAND --help' tells more.");
 }
 
-int Run(int argc, char** argv) {
+int Run(std::vector<std::string> arguments) {
     host::Program program;
     Describe(program.app);
     host::AddSettings(program.app, program.settings);
@@ -49,8 +52,9 @@ int Run(int argc, char** argv) {
     host::AddConfigCommand(program);
     host::AddHelpCommand(program);
     host::AddDescriptions(program);
+    std::reverse(arguments.begin(), arguments.end());  // they are taken from the back
     try {
-        program.app.parse(argc, argv);
+        program.app.parse(std::move(arguments));
     } catch (const CLI::ParseError& question) {  // also asked for help or version: then the code is 0
         return program.app.exit(question) == 0 ? host::kDone : host::kWrongUsage;
     }
@@ -62,7 +66,7 @@ int Run(int argc, char** argv) {
 int main(int argc, char** argv) {
     host::PrepareStandardStreams();
     try {
-        const int exitCode = Run(argc, argv);
+        const int exitCode = Run(host::Arguments(argc, argv));
         if (std::cout.flush()) return exitCode;
         std::cerr << "qtrace: standard output could not be written\n";
         return host::kFailed;

@@ -9,6 +9,7 @@
 #include "host/text/display_width.h"
 #include "host/text/json.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -35,7 +36,7 @@ void PrintLines(const std::vector<std::string>& lines, const std::string& before
 void Print(const DeviceHealth& health) {
     std::cout << "Tracks      " << health.tracks.size() << ", " << health.GoodTracks() << " good\n";
     for (const TrackHealth& track : health.tracks)
-        for (const auto& lines : {track.problems, track.notes}) PrintLines(lines, track.file.string() + ": ");
+        for (const auto& lines : {track.problems, track.notes}) PrintLines(lines, Utf8Of(track.file) + ": ");
     const RingImage& ring = health.files.image;
     std::cout << "Recording   "
               << (health.files.exists ? Counted(ring.count, "record", "records") + ", " +
@@ -49,7 +50,7 @@ void Print(const DeviceHealth& health) {
 }
 
 Json JsonOf(const TrackHealth& track) {
-    return {{"file", track.file.string()},
+    return {{"file", Utf8Of(track.file)},
             {"name", TextOrNull(track.name)},
             {"points", track.points},
             {"problems", track.problems},
@@ -75,7 +76,7 @@ int Check(bool asJson, const HostSettings& settings) {
     const DeviceFolder device(settings);
     std::error_code unreadable;
     if (!std::filesystem::is_directory(device.Root(), unreadable))
-        return Fail("check", "there is no device folder " + device.Root().string());
+        return Fail("check", "there is no device folder " + Utf8Of(device.Root()));
     const Library library(settings);
     DeviceHealth health;
     health.tracks = CheckTracks(library);

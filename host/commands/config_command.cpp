@@ -12,6 +12,7 @@
 #include "host/text/json.h"
 #include "host/text/output_file.h"
 #include "host/text/table.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -63,7 +64,7 @@ std::string TextOf(const std::filesystem::path& file) {
 // A relative folder lies where the user is now, not where the next command happens to be called.
 std::string StoredValue(const Setting& setting, const std::string& value) {
     if (setting.key != "device") return value;
-    return std::filesystem::absolute(value).lexically_normal().string();
+    return Utf8Of(std::filesystem::absolute(PathOf(value)).lexically_normal());
 }
 
 int Set(const Configuration& configuration, const Setting& setting, const std::string& value) {
@@ -78,7 +79,7 @@ int Set(const Configuration& configuration, const Setting& setting, const std::s
 
 int Unset(const Configuration& configuration, const Setting& setting) {
     ConfigurationText text(TextOf(configuration.File()));
-    if (!text.Unset(setting.key)) return Fail(setting.key + " is not set in " + configuration.File().string());
+    if (!text.Unset(setting.key)) return Fail(setting.key + " is not set in " + Utf8Of(configuration.File()));
     if (const auto problem = ReplaceFile(configuration.File(), text.Text())) return Fail(*problem);
     return kDone;
 }
@@ -86,7 +87,7 @@ int Unset(const Configuration& configuration, const Setting& setting) {
 int Config(const Arguments& arguments, bool hasValue, CLI::App& app) {
     const Configuration& configuration = ConfigurationOf(app);
     if (arguments.path) {
-        std::cout << configuration.File().string() << '\n';
+        std::cout << Utf8Of(configuration.File()) << '\n';
         return kDone;
     }
     if (arguments.key.empty())

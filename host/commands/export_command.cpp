@@ -9,6 +9,7 @@
 #include "host/text/choice.h"
 #include "host/text/extension.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/library.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/track_document.h"
@@ -34,7 +35,7 @@ Writer WriterFor(const Arguments& arguments) {
     std::string format = arguments.format;
     if (format.empty() && arguments.words.back() == "-") format = "gpx";
     if (format.empty()) {
-        const std::string extension = ExtensionOf(arguments.words.back());
+        const std::string extension = ExtensionOf(PathOf(arguments.words.back()));
         format = extension.empty() ? "" : extension.substr(1);
         if (format == "json") format = "geojson";
     }

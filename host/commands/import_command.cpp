@@ -7,6 +7,7 @@
 
 #include "host/program.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/import_report.h"
 #include "host/tracks/library.h"
 #include "host/tracks/same_track.h"
@@ -26,7 +27,7 @@ struct Arguments {
 std::string WantedName(const Arguments& arguments, const std::string& file, const GpxTrack& track) {
     if (!arguments.name.empty()) return arguments.name;
     if (!track.name.empty()) return track.name;
-    return file == "-" ? "track" : std::filesystem::path(file).stem().string();
+    return file == "-" ? "track" : Utf8Of(PathOf(file).stem());
 }
 
 void FillTrack(CTrack& track, const GpxTrack& read) {

@@ -8,6 +8,7 @@
 #include "host/text/display_width.h"
 #include "host/text/json.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/statistics_text.h"
 #include "host/tracks/track_header.h"
@@ -30,11 +31,11 @@ int TrackInfo(const Arguments& arguments, const Library& library) {
     CTrackProxy* track = TrackNamed(library, arguments.name);
     if (track == nullptr) return FailForName("info", arguments.name);
     const Points points = PointsOf(*track);
-    if (points.empty()) return Fail("info", library.FileOf(*track).string() + " cannot be read any more");
+    if (points.empty()) return Fail("info", Utf8Of(library.FileOf(*track)) + " cannot be read any more");
     const Statistics statistics = ComputeStatistics(points);
     if (arguments.json) {
         Json json = {{"name", ToUtf8(track->GetName())},
-                     {"file", library.FileOf(*track).string()},
+                     {"file", Utf8Of(library.FileOf(*track))},
                      {"color", ColorText(track->GetColor())},
                      {"shown", track->GetVisible()}};
         json.update(StatisticsJson(statistics));
@@ -42,7 +43,7 @@ int TrackInfo(const Arguments& arguments, const Library& library) {
         return kDone;
     }
     std::cout << ShownName(*track) << '\n';
-    PrintLabelled("file", library.FileOf(*track).string());
+    PrintLabelled("file", Utf8Of(library.FileOf(*track)));
     PrintLabelled("color", ColorText(track->GetColor()));
     PrintLabelled("shown", track->GetVisible() ? "yes" : "no");
     PrintStatistics(statistics);
@@ -80,12 +81,12 @@ void PrintAsJson(const Totals& totals, const Library& library) {
                {"start", IsoTime(totals.start)},
                {"end", IsoTime(totals.end)},
                {"longest", totals.longest ? Json(ToUtf8(totals.longest->name)) : Json(nullptr)},
-               {"folder", library.Device().Tracks().string()},
+               {"folder", Utf8Of(library.Device().Tracks())},
                {"computed_from", "the headers of the tracks"}});
 }
 
 void Print(const Totals& totals, const Library& library) {
-    std::cout << Printable(library.Device().Tracks().string()) << '\n';
+    std::cout << Printable(Utf8Of(library.Device().Tracks())) << '\n';
     PrintLabelled("tracks",
                   std::to_string(totals.tracks) + ", " + std::to_string(totals.shown) + " of them shown");
     if (totals.unreadable != 0) PrintLabelled("unreadable", Counted(totals.unreadable, "file", "files"));

@@ -12,6 +12,7 @@
 #include "host/text/table.h"
 #include "host/text/terminal.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/statistics_text.h"
 #include "host/tracks/track_header.h"
@@ -99,9 +100,9 @@ int List(const Arguments& arguments, const HostSettings& settings) {
         PrintTable(tracks);
     }
     std::cout.flush();
-    if (tracks.empty()) std::cerr << "no tracks in " << Printable(library.Device().Tracks().string()) << '\n';
+    if (tracks.empty()) std::cerr << "no tracks in " << Printable(Utf8Of(library.Device().Tracks())) << '\n';
     for (const UnreadableFile& file : UnreadableFiles(library, settings))
-        std::cerr << Printable(file.file.string()) << " is not listed: " << file.reason << '\n';
+        std::cerr << Printable(Utf8Of(file.file)) << " is not listed: " << file.reason << '\n';
     return kDone;
 }
 

@@ -14,6 +14,7 @@
 #include "host/text/extension.h"
 #include "host/text/output_file.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/library.h"
 #include "host/tracks/named_tracks.h"
 
@@ -83,7 +84,7 @@ int Draw(const Arguments& arguments, const HostSettings& settings) {
 
 // By the extension, in any letter case; a page where there is none, as on standard output.
 std::string FormatOf(const std::string& output) {
-    const std::string extension = ExtensionOf(output);
+    const std::string extension = ExtensionOf(PathOf(output));
     if (extension == ".svg") return "svg";
     if (extension == ".html" || extension == ".htm" || extension.empty()) return "html";
     throw CLI::ValidationError("--output", output + " is neither .html nor .svg; --format says which to write");

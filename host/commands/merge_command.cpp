@@ -6,6 +6,7 @@
 
 #include "host/program.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/foreign_content.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/new_track.h"
@@ -56,7 +57,7 @@ std::optional<std::vector<StoredTrack>> ReadAll(const Library& library,
     for (CTrackProxy* track : tracks) {
         auto stored = ReadStoredTrack(track->GetTrackPath());
         if (!stored) {
-            Fail(library.FileOf(*track).string() + " cannot be read any more");
+            Fail(Utf8Of(library.FileOf(*track)) + " cannot be read any more");
             return std::nullopt;
         }
         read.push_back(std::move(*stored));

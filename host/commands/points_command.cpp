@@ -8,6 +8,7 @@
 #include "host/text/json.h"
 #include "host/text/table.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/named_tracks.h"
 
 namespace host {
@@ -100,7 +101,7 @@ int PrintPoints(const Arguments& arguments, const HostSettings& settings) {
     CTrackProxy* track = TrackNamed(library, arguments.name);
     if (track == nullptr) return FailForName("points", arguments.name);
     const Points points = Wanted(*track, arguments);
-    if (points.empty()) return Fail("points", library.FileOf(*track).string() + " cannot be read any more");
+    if (points.empty()) return Fail("points", Utf8Of(library.FileOf(*track)) + " cannot be read any more");
     if (arguments.json)
         PrintAsJson(points);
     else if (arguments.csv)

@@ -16,6 +16,7 @@
 #include "host/source/open_source.h"
 #include "host/text/display_width.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -64,7 +65,7 @@ int BeginNew(const Run& run, LiveRecording& recording) {
         const auto saved = recording.Save("");
         if (const auto* problem = std::get_if<std::string>(&saved))
             return BeginNothingNew("it cannot be saved: " + *problem, run);
-        Tell(old + ", is saved as " + std::get<SavedTrack>(saved).file.string());
+        Tell(old + ", is saved as " + Utf8Of(std::get<SavedTrack>(saved).file));
     } else {
         Tell(old + ", is in no track and gives way, as --new and --no-save ask");
     }

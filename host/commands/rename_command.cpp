@@ -6,6 +6,7 @@
 #include "host/program.h"
 #include "host/text/display_width.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/foreign_content.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/stored_track.h"
@@ -32,13 +33,13 @@ bool IsTakenByAnother(const Library& library, const CTrackProxy& track, const st
 // Moves the file first: that takes no room, and can be undone without any.
 std::optional<std::string> MoveFile(const Library& library, CTrackProxy& track, const std::string& name) {
     const fs::path from = library.FileOf(track);
-    const fs::path to = from.parent_path() / (ToUtf8(name) + ".gpx");
+    const fs::path to = from.parent_path() / PathOf(ToUtf8(name) + ".gpx");
     std::error_code unknown;
     if (to != from && fs::exists(to, unknown) && !fs::equivalent(to, from, unknown))
-        return "there is a file " + to.string() + " already";
+        return "there is a file " + Utf8Of(to) + " already";
     track.SetTrkFileName(name.c_str());
     if (fs::exists(to, unknown) && library.FileOf(track) == to) return std::nullopt;
-    return from.string() + " could not be renamed: " + WhyNotWritable(from.parent_path(), 0);
+    return Utf8Of(from) + " could not be renamed: " + WhyNotWritable(from.parent_path(), 0);
 }
 
 int Rename(const Arguments& arguments, const HostSettings& settings) {
@@ -58,7 +59,7 @@ int Rename(const Arguments& arguments, const HostSettings& settings) {
         ChangeHeader(library, *track, [&name](CTrackProxy& t) { t.SetName(name.text.c_str()); });
     if (problem) {
         track->SetTrkFileName(oldFile.c_str());
-        return Fail(*problem + "; its file is " + library.FileOf(*track).string());
+        return Fail(*problem + "; its file is " + Utf8Of(library.FileOf(*track)));
     }
     if (name.wasChanged) std::cerr << "the name was changed to " << shown << '\n';
     std::cout << "Renamed " << Printable(arguments.from) << " to " << shown << '\n';

@@ -5,6 +5,7 @@
 
 #include "host/program.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/foreign_content.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/new_track.h"
@@ -43,7 +44,7 @@ int ReverseInPlace(const Library& library, CTrackProxy& track, const StoredTrack
     const auto problem =
         ChangeHeader(library, copy, [&reversed](CTrackProxy& t) { t.SetName(reversed.name.c_str()); });
     if (problem || copy.GetTrkFileName() != file)
-        return Fail("the reversed track is " + library.FileOf(copy).string() +
+        return Fail("the reversed track is " + Utf8Of(library.FileOf(copy)) +
                     ", since it could not be renamed");
     std::cout << shown << " is reversed\n";
     return kDone;
@@ -54,7 +55,7 @@ int Reverse(const Arguments& arguments, const HostSettings& settings) {
     CTrackProxy* track = TrackNamed(library, arguments.name);
     if (track == nullptr) return FailForName("reverse", arguments.name);
     auto stored = ReadStoredTrack(track->GetTrackPath());
-    if (!stored) return Fail(library.FileOf(*track).string() + " cannot be read any more");
+    if (!stored) return Fail(Utf8Of(library.FileOf(*track)) + " cannot be read any more");
     std::reverse(stored->points.begin(), stored->points.end());
     if (!arguments.as.empty()) return MakeCopy(library, *stored, arguments.as);
     if (IsKeptForForeignContent(library, *track, "reverse", arguments.force)) return kFailed;

@@ -10,6 +10,7 @@
 #include "host/text/json.h"
 #include "host/text/number_text.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -85,7 +86,7 @@ std::string NoteText(NoteState state) {
 
 void PrintFiles(const RecordingView& files) {
     const RingImage& ring = files.image;
-    PrintLine("Ring", files.ring.string());
+    PrintLine("Ring", Utf8Of(files.ring));
     PrintLine("  recorder",
               files.recorder ? "process " + *files.recorder + " is recording" : "none is running");
     PrintLine("  state", ring.isConsistent ? "consistent"
@@ -136,7 +137,7 @@ Json JsonOf(const std::optional<HeadImage>& head) {
 Json JsonOf(const RecordingView& files) {
     const RingImage& ring = files.image;
     const auto slices = SlicesOf(GoodPoints(ring));
-    return {{"file", files.ring.string()},
+    return {{"file", Utf8Of(files.ring)},
             {"recorder", TextOrNull(files.recorder.value_or(""))},
             {"consistent", ring.isConsistent},
             {"saved", files.isSaved},
@@ -166,8 +167,8 @@ void PrintAsJson(const RecordingView& files, bool withRecords) {
 int Show(const Arguments& arguments, const HostSettings& settings) {
     ApplySettings(settings);  // names are in its code page
     const RecordingView files = ViewRecording(DeviceFolder(settings));
-    if (!files.exists) return Fail("ring", "there is no recording: " + files.ring.string() + " does not exist");
-    if (!files.problem.empty()) return Fail("ring", files.ring.string() + " cannot be read: " + files.problem);
+    if (!files.exists) return Fail("ring", "there is no recording: " + Utf8Of(files.ring) + " does not exist");
+    if (!files.problem.empty()) return Fail("ring", Utf8Of(files.ring) + " cannot be read: " + files.problem);
     if (arguments.asJson) {
         PrintAsJson(files, arguments.withRecords);
         return kDone;

@@ -11,6 +11,7 @@
 #include "host/text/display_width.h"
 #include "host/text/file_bytes.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/track_document.h"
 
 namespace host {
@@ -68,7 +69,7 @@ int Salvage(const Arguments& arguments) {
     bool allWhole = true;
     for (const std::string& file : arguments.files) {
         std::error_code unknown;
-        if (std::filesystem::equivalent(file, arguments.output, unknown))
+        if (std::filesystem::equivalent(PathOf(file), PathOf(arguments.output), unknown))
             return Fail(arguments.output + " is one of the files to be read");
         allWhole = SearchFile(file, records, out) && allWhole;
     }

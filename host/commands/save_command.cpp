@@ -7,6 +7,7 @@
 #include "host/recording/recording_files.h"
 #include "host/recording/saving.h"
 #include "host/recording/status_line.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -20,7 +21,7 @@ int Fail(const std::string& message) { return host::Fail("save", message); }
 
 int SaveOpened(const Arguments& arguments, const DeviceFolder& device, LiveRecording& recording,
                const std::string& name) {
-    if (recording.PointsBefore() == 0) return Fail("the recording in " + device.Root().string() + " is empty");
+    if (recording.PointsBefore() == 0) return Fail("the recording in " + Utf8Of(device.Root()) + " is empty");
     const int saved = SaveAndPrint("save", device, recording, name);
     if (saved != kDone || !arguments.clear) return saved;
     const auto problem = recording.Clear();
@@ -33,7 +34,7 @@ int Save(const Arguments& arguments, const HostSettings& settings) {
     const DeviceFolder device(settings);
     std::error_code unreadable;
     if (!std::filesystem::exists(RingFileOf(device), unreadable))
-        return Fail("there is no recording in " + device.Root().string());
+        return Fail("there is no recording in " + Utf8Of(device.Root()));
     const RecorderLock lock(device);
     if (lock.Problem()) return Fail(*lock.Problem());
     StatusLine line("save");

@@ -6,6 +6,7 @@
 #include "host/program.h"
 #include "host/text/duration.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/new_track.h"
 #include "host/tracks/split_track.h"
@@ -58,7 +59,7 @@ int Split(const Arguments& arguments, const CutAt& where, const HostSettings& se
     CTrackProxy* track = TrackNamed(library, arguments.name);
     if (track == nullptr) return FailForName("split", arguments.name);
     const auto whole = ReadStoredTrack(track->GetTrackPath());
-    if (!whole) return Fail(library.FileOf(*track).string() + " cannot be read any more");
+    if (!whole) return Fail(Utf8Of(library.FileOf(*track)) + " cannot be read any more");
     const std::vector<Points> pieces = SplitPoints(whole->points, where);
     if (pieces.size() < 2) {
         std::cout << "nothing to split: " << ShownName(*track) << " has no such gap\n";

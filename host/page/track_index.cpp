@@ -8,6 +8,7 @@
 #include "host/settings/device_path.h"
 #include "host/text/extension.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -49,7 +50,7 @@ void TrackIndex::LookInto(const Folder& folder, const Entries& before, Entries& 
         std::error_code gone;
         if (!IsTrackFile(file->path()) || !file->is_regular_file(gone)) continue;
         const FileState state{file->file_size(gone), file->last_write_time(gone)};
-        const std::string id = file->path().filename().string();
+        const std::string id = Utf8Of(file->path().filename());
         if (gone || now.contains(id)) continue;
         const auto known = before.find(id);
         const bool isKnown = known != before.end() && known->second.state == state;

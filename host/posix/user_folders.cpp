@@ -1,20 +1,15 @@
 #include "host/settings/user_folders.h"
 
-#include <cstdlib>
+#include "host/settings/environment.h"
 
 namespace fs = std::filesystem;
 
 namespace host {
 namespace {
 
-fs::path FromEnvironment(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value == nullptr ? fs::path() : fs::path(value);
-}
-
 fs::path FolderIn(const char* variable, const char* belowHome) {
-    if (const fs::path folder = FromEnvironment(variable); folder.is_absolute()) return folder;
-    const fs::path home = FromEnvironment("HOME");
+    if (const fs::path folder = Environment(variable); folder.is_absolute()) return folder;
+    const fs::path home = Environment("HOME");
     return home.empty() ? home : home / belowHome;
 }
 

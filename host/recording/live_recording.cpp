@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/recording/recording_files.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -99,11 +100,10 @@ std::optional<std::string> LiveRecording::Open(StopSignals& stop) {
     const auto putAside = PutAsideFiles(m_device);
     m_manager.LoadData();
     for (const auto& file : NewFiles(putAside, PutAsideFiles(m_device)))
-        m_say("the recording was damaged; the damaged file is kept as " + file.string());
-    if (!WaitUntilLoaded(stop))
-        return "the library in " + m_device.Root().string() + " does not finish loading";
+        m_say("the recording was damaged; the damaged file is kept as " + Utf8Of(file));
+    if (!WaitUntilLoaded(stop)) return "the library in " + Utf8Of(m_device.Root()) + " does not finish loading";
     if (!FilesAreOpen())
-        return "the recording's files in " + m_device.Recording().string() +
+        return "the recording's files in " + Utf8Of(m_device.Recording()) +
                " cannot be opened for writing: " + WhyNotOpened(m_device);
     m_pointsBefore = Points();
     m_knownFiles = TrackFilesOf(m_device);

@@ -7,6 +7,7 @@
 #include "host/recording/saved_mark.h"
 #include "host/settings/device_path.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/free_name.h"
 
 namespace host {
@@ -55,14 +56,14 @@ std::variant<SavedTrack, LiveRecording::Problem> LiveRecording::Save(const std::
         return *saved;
     }
     m_manager.DelTrack(place);
-    return file.string() + ": " + *bad + " (" + WhyNothingIsWritten(file.parent_path()) + ')';
+    return Utf8Of(file) + ": " + *bad + " (" + WhyNothingIsWritten(file.parent_path()) + ')';
 }
 
 LiveRecording::Problem LiveRecording::WhyNotSaved() const {
     bool onCard = false;
-    if (!m_manager.GetStoragePlace(onCard)) return "there is too little room in " + m_device.Root().string();
+    if (!m_manager.GetStoragePlace(onCard)) return "there is too little room in " + Utf8Of(m_device.Root());
     const std::filesystem::path& folder = onCard ? m_device.CardTracks() : m_device.Tracks();
-    return "the folder " + folder.string() + " does not take it: " + WhyNothingIsWritten(folder);
+    return "the folder " + Utf8Of(folder) + " does not take it: " + WhyNothingIsWritten(folder);
 }
 
 bool LiveRecording::IsSaved() const { return IsMarkedAsSaved(m_device); }
@@ -73,7 +74,7 @@ std::optional<LiveRecording::Problem> LiveRecording::Clear() {
     const bool isWritten = m_manager.GetLogTrack()->SaveSliceData();
     m_pointsBefore = Points();
     if (isWritten && PointsInRingFile(m_device) == std::uint64_t{0}) return std::nullopt;
-    return RingFileOf(m_device).string() + " cannot be cleared: " + WhyNothingIsWritten(m_device.Recording());
+    return Utf8Of(RingFileOf(m_device)) + " cannot be cleared: " + WhyNothingIsWritten(m_device.Recording());
 }
 
 // Most fixes need not ask the file.
@@ -92,7 +93,7 @@ std::optional<std::uint64_t> LiveRecording::PrepareAutomaticSave() const {
 void LiveRecording::WaitForAFreshName() const {
     std::error_code unreadable;
     const auto exists = [&](const std::filesystem::path& folder) {
-        return std::filesystem::exists(folder / (NameOfTheTime() + ".gpx"), unreadable);
+        return std::filesystem::exists(folder / PathOf(NameOfTheTime() + ".gpx"), unreadable);
     };
     while (exists(m_device.Tracks()) || exists(m_device.CardTracks()))
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -102,13 +103,12 @@ void LiveRecording::CheckAutomaticSave(std::uint64_t expected) {
     const auto files = TrackFilesOf(m_device);
     auto fresh = NewFiles(m_knownFiles, files);
     m_knownFiles = files;
-    std::erase_if(fresh,
-                  [](const auto& file) { return !file.filename().string().starts_with(kAutomaticName); });
+    std::erase_if(fresh, [](const auto& file) { return !Utf8Of(file.filename()).starts_with(kAutomaticName); });
     if (fresh.empty())
         return Complain("the recording is not saved before its beginning is overwritten: " + WhyNotSaved());
     const auto track = ReadSavedTrack(m_device, *fresh.begin());
     if (const auto bad = WhyBad(track, expected))
-        return Complain("the automatic save " + fresh.begin()->string() + " is not whole: " + *bad);
+        return Complain("the automatic save " + Utf8Of(*fresh.begin()) + " is not whole: " + *bad);
     m_automaticSaves.push_back(*track);
 }
 

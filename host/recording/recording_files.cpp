@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/stored_track.h"
 
 namespace fs = std::filesystem;
@@ -37,7 +38,7 @@ std::optional<std::string> WhyIncomplete(const DeviceFolder& device, std::uint64
     const std::string holds =
         inFile ? "holds " + std::to_string(*inFile) + " of " + Counted(points, "point", "points")
                : "cannot be read back";
-    return RingFileOf(device).string() + ' ' + holds + " (" + WhyNothingIsWritten(device.Recording()) + ')';
+    return Utf8Of(RingFileOf(device)) + ' ' + holds + " (" + WhyNothingIsWritten(device.Recording()) + ')';
 }
 
 std::string WhyNotOpened(const DeviceFolder& device) {
@@ -52,7 +53,7 @@ std::set<fs::path> PutAsideFiles(const DeviceFolder& device) {
     for (const fs::path& folder : {device.Tracks(), device.Recording()}) {
         std::error_code unreadable;
         for (const auto& entry : fs::directory_iterator(folder, unreadable))
-            if (entry.path().extension() == ".bk" && entry.path().stem().string().starts_with("TmpTk"))
+            if (entry.path().extension() == ".bk" && Utf8Of(entry.path().stem()).starts_with("TmpTk"))
                 files.insert(entry.path());
     }
     return files;

@@ -6,6 +6,7 @@
 #include "host/recording/device_health.h"
 #include "host/recording/recorder_lock.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -34,7 +35,7 @@ void CheckRing(const RecordingView& files, RecordingHealth& health) {
         health.notes.push_back("the note of the last append is not whole; the next start passes over it");
     if (!ring.isConsistent && ring.size != 0)
         (isWaiting ? health.notes : health.problems)
-            .push_back("header and size of " + files.ring.string() + " do not agree; qtrace salvage reads it");
+            .push_back("header and size of " + Utf8Of(files.ring) + " do not agree; qtrace salvage reads it");
     if (const std::size_t damaged = ring.Count(RecordState::Damaged); damaged != 0)
         health.problems.push_back(Counted(damaged, "damaged record", "damaged records") + ", in slot " +
                                   SlotsOf(ring, RecordState::Damaged));
@@ -54,10 +55,10 @@ bool IsBackup(const std::string& name) { return name.starts_with("TmpTk") && nam
 void LookInto(const fs::path& folder, std::vector<std::string>& leftovers) {
     std::error_code missing;
     for (const auto& entry : fs::directory_iterator(folder, missing)) {
-        const std::string name = entry.path().filename().string();
-        if (IsTemporary(name)) leftovers.push_back(entry.path().string() + " is half written and can go");
+        const std::string name = Utf8Of(entry.path().filename());
+        if (IsTemporary(name)) leftovers.push_back(Utf8Of(entry.path()) + " is half written and can go");
         if (IsBackup(name))
-            leftovers.push_back(entry.path().string() +
+            leftovers.push_back(Utf8Of(entry.path()) +
                                 " is a damaged recording that was put aside; qtrace salvage reads it");
     }
 }
@@ -69,7 +70,7 @@ RecordingHealth CheckRecording(const RecordingView& files) {
     if (files.recorder) health.notes.push_back("process " + *files.recorder + " is recording");
     if (!files.exists) return health;
     if (!files.problem.empty())
-        health.problems.push_back(files.ring.string() + " cannot be read: " + files.problem);
+        health.problems.push_back(Utf8Of(files.ring) + " cannot be read: " + files.problem);
     else
         CheckRing(files, health);
     if (files.hasHeadFile && !files.head) health.problems.push_back("the head file is damaged");

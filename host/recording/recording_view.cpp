@@ -7,6 +7,7 @@
 #include "host/recording/recorder_lock.h"
 #include "host/recording/saved_mark.h"
 #include "host/text/file_bytes.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -20,7 +21,7 @@ int NumberIn(const std::string& process) {
 }
 
 void ReadRing(RecordingView& files) {
-    const FileBytes ring = ReadWholeFile(files.ring.string(), kLargest);
+    const FileBytes ring = ReadWholeFile(Utf8Of(files.ring), kLargest);
     files.problem = ring.problem;
     files.image = ReadRingImage(ring.bytes);
 }
@@ -30,7 +31,7 @@ void ReadRing(RecordingView& files) {
 // The lock is tried only while the process that noted itself is alive, so that a recorder which starts in this
 // moment does not find it taken.
 std::optional<std::string> RunningRecorder(const DeviceFolder& device) {
-    const std::string file = (device.Recording() / "recorder.lock").string();
+    const std::string file = Utf8Of(device.Recording() / "recorder.lock");
     const std::string note = ReadWholeFile(file, 100).bytes;
     const std::string process = note.substr(0, note.find('\n'));
     return IsAlive(NumberIn(process)) && IsLocked(file) ? std::optional(process) : std::nullopt;
@@ -47,11 +48,11 @@ RecordingView ViewRecording(const DeviceFolder& device) {
         std::this_thread::sleep_for(std::chrono::milliseconds(100));
         ReadRing(files);
     }
-    const FileBytes head = ReadWholeFile((device.Recording() / "LogHd.dat").string(), 1000);
+    const FileBytes head = ReadWholeFile(Utf8Of(device.Recording() / "LogHd.dat"), 1000);
     files.hasHeadFile = head.problem.empty();
     files.head = ReadHeadImage(head.bytes);
     files.isSaved = IsMarkedAsSaved(device);
-    files.note = StateOfNote(ReadWholeFile((device.Recording() / "Log.dat.redo").string(), kLargest).bytes);
+    files.note = StateOfNote(ReadWholeFile(Utf8Of(device.Recording() / "Log.dat.redo"), kLargest).bytes);
     return files;
 }
 

@@ -7,6 +7,7 @@
 #include "host/recording/recording_files.h"
 #include "host/text/file_bytes.h"
 #include "host/text/output_file.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -28,7 +29,7 @@ constexpr std::string_view kIn = " points in ";
 
 // The mark's first line.
 std::optional<std::string> RingLine(const DeviceFolder& device) {
-    const FileBytes ring = ReadWholeFile(RingFileOf(device).string(), kLargestRing);
+    const FileBytes ring = ReadWholeFile(Utf8Of(RingFileOf(device)), kLargestRing);
     if (!ring.problem.empty()) return std::nullopt;
     return "all of Log.dat is saved: " + std::to_string(ring.bytes.size()) + " bytes, FNV-1a " +
            std::to_string(HashOf(ring.bytes)) + '\n';
@@ -36,13 +37,13 @@ std::optional<std::string> RingLine(const DeviceFolder& device) {
 
 // Its second, without the line's end.
 std::string TrackLine(std::uint64_t points, const fs::path& file) {
-    return std::to_string(points) + std::string(kIn) + file.string();
+    return std::to_string(points) + std::string(kIn) + Utf8Of(file);
 }
 
 bool IsThere(const DeviceFolder& device, const std::string& trackLine) {
     const std::size_t in = trackLine.find(kIn);
     if (in == std::string::npos) return false;
-    const fs::path file = trackLine.substr(in + kIn.size());
+    const fs::path file = PathOf(trackLine.substr(in + kIn.size()));
     const auto track = ReadSavedTrack(device, file);
     return track && TrackLine(track->pointsReadBack, file) == trackLine;
 }
@@ -51,12 +52,12 @@ bool IsThere(const DeviceFolder& device, const std::string& trackLine) {
 
 std::optional<std::string> MarkAsSaved(const DeviceFolder& device, const SavedTrack& track) {
     const auto ring = RingLine(device);
-    if (!ring) return RingFileOf(device).string() + " cannot be read back";
+    if (!ring) return Utf8Of(RingFileOf(device)) + " cannot be read back";
     return ReplaceFile(MarkOf(device), *ring + TrackLine(track.pointsReadBack, track.file) + '\n');
 }
 
 bool IsMarkedAsSaved(const DeviceFolder& device) {
-    const FileBytes mark = ReadWholeFile(MarkOf(device).string(), kLargestMark);
+    const FileBytes mark = ReadWholeFile(Utf8Of(MarkOf(device)), kLargestMark);
     const auto ring = RingLine(device);
     if (!mark.problem.empty() || !ring || !mark.bytes.starts_with(*ring) || !mark.bytes.ends_with('\n'))
         return false;
@@ -67,7 +68,7 @@ std::optional<std::string> RemoveSavedMark(const DeviceFolder& device) {
     std::error_code problem;
     fs::remove(MarkOf(device), problem);
     if (!problem) return std::nullopt;
-    return MarkOf(device).string() + " cannot be removed: " + problem.message();
+    return Utf8Of(MarkOf(device)) + " cannot be removed: " + problem.message();
 }
 
 }  // namespace host

@@ -8,6 +8,7 @@
 #include "host/settings/device_path.h"
 #include "host/text/extension.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "qtrace.h"
 
 namespace fs = std::filesystem;
@@ -16,7 +17,7 @@ namespace host {
 namespace {
 
 std::string DevicePathOf(const DeviceFolder& device, const fs::path& file) {
-    return FromUtf8(DevicePath(file.lexically_relative(device.Root()).generic_string()));
+    return FromUtf8(DevicePath(Utf8Of(file.lexically_relative(device.Root()))));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "host/recording/summary.h"
 #include "host/text/display_width.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/track_name.h"
 
 namespace host {
@@ -32,7 +33,7 @@ int SaveAndPrint(const std::string& command, const DeviceFolder& device, LiveRec
         return kDone;
     }
     const std::string kept =
-        recording.Check() ? "" : "; the recording itself is kept in " + device.Recording().string();
+        recording.Check() ? "" : "; the recording itself is kept in " + Utf8Of(device.Recording());
     return Fail(command, "not saved: " + std::get<std::string>(saved) + kept);
 }
 

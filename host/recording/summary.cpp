@@ -5,6 +5,7 @@
 
 #include "host/text/display_width.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -60,7 +61,7 @@ void PrintRecording(const LiveRecording& recording, const RecordSettings& settin
 }
 
 void PrintSavedTrack(const SavedTrack& track) {
-    PrintLine("Saved", track.file.string());
+    PrintLine("Saved", Utf8Of(track.file));
     PrintLine("  name", ToUtf8(track.name));
     PrintLine("  points", std::to_string(track.pointsReadBack));
     PrintLine("  length", DistanceText(track.length));

@@ -1,14 +1,16 @@
 #include "host/settings/configuration.h"
 
-#include <cstdlib>
 #include <exception>
+#include <fstream>
 #include <memory>
 #include <system_error>
 
 #include "host/settings/configuration_text.h"
 #include "host/settings/device_folder.h"
+#include "host/settings/environment.h"
 #include "host/settings/user_folders.h"
 #include "host/text/file_bytes.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -17,11 +19,13 @@ namespace {
 
 // $QTRACE_CONFIG, else among the user's settings; empty when there is no home.
 std::string DefaultFile() {
-    const char* file = std::getenv("QTRACE_CONFIG");
-    if (file != nullptr && *file != '\0') return file;
+    if (const std::string file = Environment("QTRACE_CONFIG"); !file.empty()) return file;
     const fs::path folder = UserSettingsFolder();
-    return folder.empty() ? "" : (folder / "qtrace" / "config.toml").string();
+    return folder.empty() ? "" : Utf8Of(folder / "qtrace" / "config.toml");
 }
+
+// Where the argument library would read it: by narrow text, which on Windows is not read as UTF-8.
+bool IsFoundByNarrowText(const std::string& file) { return fs::path(file) == PathOf(file); }
 
 // An option without a default belongs to one call alone, as --yes does.
 bool IsSetting(const CLI::Option& option) {
@@ -88,7 +92,7 @@ std::vector<CLI::ConfigItem> Configuration::from_config(std::istream& input) con
     int number = 0;
     for (std::string line; !m_problem && std::getline(input, line);)
         if (const auto problem = Take(line, ++number, section))
-            m_problem = File().string() + ':' + std::to_string(number) + ": " + *problem;
+            m_problem = Utf8Of(File()) + ':' + std::to_string(number) + ": " + *problem;
     return {};
 }
 
@@ -112,9 +116,18 @@ std::optional<std::string> Configuration::Take(const std::string& text, int numb
     return problem ? std::optional(key + ": " + *problem) : std::nullopt;
 }
 
+// The argument library asks here in the moment before it reads the file, and again when it has.
+void Configuration::ReadInItsPlace(std::string& name) {
+    if (IsFoundByNarrowText(name)) return;
+    m_file = PathOf(name);
+    if (std::ifstream lines(m_file); !m_wasRead && lines) from_config(lines);
+    if (m_wasRead) name.clear();  // there is nothing left to be read
+}
+
 fs::path Configuration::File() const {
     const auto files = m_app.get_config_ptr()->as<std::vector<std::string>>();
-    return files.empty() ? fs::path() : fs::path(files.front());
+    if (!m_file.empty()) return m_file;
+    return files.empty() ? fs::path() : PathOf(files.front());
 }
 
 std::optional<std::string> Configuration::Problem() const {
@@ -123,15 +136,22 @@ std::optional<std::string> Configuration::Problem() const {
     if (m_problem || m_wasRead || file.empty() || !fs::exists(fs::symlink_status(file, unknown)))
         return m_problem;
     if (fs::is_directory(file, unknown))
-        return file.string() + " is a folder, and should be a file with settings";
-    const FileReader opened(file.string());
+        return Utf8Of(file) + " is a folder, and should be a file with settings";
+    const FileReader opened(Utf8Of(file));
     if (opened.Problem().empty()) return std::nullopt;
-    return file.string() + " cannot be read: " + opened.Problem();
+    return Utf8Of(file) + " cannot be read: " + opened.Problem();
 }
 
 void AddConfiguration(CLI::App& app) {
     auto configuration = std::make_shared<Configuration>(app);
-    app.set_config("--config", DefaultFile(), "File with settings")->group("Settings")->type_name("FILE");
+    const auto read = [configuration](std::string& name) {
+        configuration->ReadInItsPlace(name);
+        return std::string();
+    };
+    app.set_config("--config", DefaultFile(), "File with settings")
+        ->group("Settings")
+        ->type_name("FILE")
+        ->transform(CLI::Validator(read, ""));
     app.config_formatter(configuration);
     app.parse_complete_callback([&app, configuration] {
         if (AsksForPath(app)) return;

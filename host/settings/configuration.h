@@ -37,6 +37,9 @@ class Configuration : public CLI::Config {
                           std::string prefix) const override;
     std::vector<CLI::ConfigItem> from_config(std::istream& input) const override;
 
+    // Reads a file that the argument library cannot find, and takes its name away.
+    void ReadInItsPlace(std::string& name);
+
     std::filesystem::path File() const;  // empty: there is no home to put it in
     // "FILE:LINE: what is wrong", or why a file that is there cannot be read.
     std::optional<std::string> Problem() const;
@@ -49,6 +52,7 @@ class Configuration : public CLI::Config {
     CLI::App& m_app;
     mutable bool m_wasRead = false;
     mutable std::optional<std::string> m_problem;
+    std::filesystem::path m_file;                // that was read in the argument library's place; else empty
     mutable std::map<std::string, int> m_lines;  // where each key stands
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -17,7 +18,7 @@ std::string DevicePath(const std::string& folder) {
 fs::path FileOf(const DeviceFolder& device, const std::string& devicePath) {
     std::string path = ToUtf8(devicePath);
     std::replace(path.begin(), path.end(), '\\', '/');
-    return (device.Root() / fs::path(path).relative_path()).make_preferred();
+    return (device.Root() / PathOf(path).relative_path()).make_preferred();
 }
 
 }  // namespace host

@@ -7,6 +7,7 @@
 
 #include "host/settings/device_path.h"
 #include "host/text/choice.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -27,8 +28,8 @@ std::string CheckDevice(const std::string& folder) {
 }
 
 std::string CheckFolder(const std::string& folder) {
-    const std::filesystem::path path(folder);
-    const bool good = !path.empty() && path.is_relative() && folder.find('\\') == std::string::npos &&
+    const std::filesystem::path path = PathOf(folder);
+    const bool good = !path.empty() && !path.has_root_path() && folder.find('\\') == std::string::npos &&
                       std::none_of(path.begin(), path.end(), [](const auto& step) {
                           return step.empty() || step == "." || step == "..";
                       });
@@ -51,7 +52,7 @@ void SetFolders(CTrackMangSet& library, const HostSettings& settings) {
 }  // namespace
 
 void AddSettings(CLI::App& app, HostSettings& settings) {
-    settings.device = DefaultDeviceFolder().string();
+    settings.device = Utf8Of(DefaultDeviceFolder());
     const auto add = [&app](const std::string& name, auto& value, const std::string& help) {
         return app.add_option(name, value, help)->group("Settings")->capture_default_str();
     };
@@ -81,7 +82,7 @@ void AddSettings(CLI::App& app, HostSettings& settings) {
 CTrackMan& ApplySettings(const HostSettings& settings) {
     SetAnsiCodePage(settings.codePage);
     const std::string program = kProgramFolder;
-    SetDeviceRoot(DeviceFolder(settings).Root().string());
+    SetDeviceRoot(Utf8Of(DeviceFolder(settings).Root()));
     SetProgramFolder(std::wstring(program.begin(), program.end()));
     CTrackMan& manager = *CTrackMan::Instance();
     CTrackMangSet& library = *manager.GetTrackMangSet();

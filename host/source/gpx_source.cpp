@@ -5,6 +5,7 @@
 
 #include "host/text/descriptor.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -18,8 +19,8 @@ class CopyFolder {
  public:
     CopyFolder() {
         std::error_code problem;
-        std::string name = (fs::temp_directory_path(problem) / "qtrace-XXXXXX").string();
-        if (MakeNewFolder(name)) m_path = name;
+        std::string name = Utf8Of(fs::temp_directory_path(problem) / "qtrace-XXXXXX");
+        if (MakeNewFolder(name)) m_path = PathOf(name);
     }
     ~CopyFolder() {
         std::error_code ignored;
@@ -35,12 +36,13 @@ class CopyFolder {
 
 std::optional<std::string> ReadTrack(const std::string& file, CTrack& track) {
     std::error_code problem;
-    if (fs::is_directory(file, problem)) return std::make_error_code(std::errc::is_a_directory).message();
+    if (fs::is_directory(PathOf(file), problem))
+        return std::make_error_code(std::errc::is_a_directory).message();
     const CopyFolder folder;
     if (folder.Path().empty()) return "there is no temporary folder for a copy of it";
-    fs::copy_file(file, folder.Path() / "copy.gpx", problem);
+    fs::copy_file(PathOf(file), folder.Path() / "copy.gpx", problem);
     if (problem) return problem.message();
-    SetDeviceRoot(folder.Path().string());
+    SetDeviceRoot(Utf8Of(folder.Path()));
     if (!track.Load("\\copy.gpx")) return "it is no readable GPX document with a track";
     return std::nullopt;
 }

@@ -7,6 +7,7 @@
 
 #include "host/text/descriptor.h"
 #include "host/text/file_place.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -18,7 +19,7 @@ constexpr std::size_t kPiece = 65536;
 
 bool IsFileOrNothing(const std::string& path) {
     std::error_code unreadable;
-    const fs::file_status status = fs::status(path, unreadable);
+    const fs::file_status status = fs::status(PathOf(path), unreadable);
     return !fs::exists(status) || fs::is_regular_file(status);
 }
 
@@ -34,7 +35,7 @@ fs::path BehindLinks(fs::path path) {
 }  // namespace
 
 int MakeTemporary(const fs::path& folder, std::string& path) {
-    path = (folder / (".qtrace-" + std::to_string(ProcessNumber()) + "-XXXXXX.tmp")).string();
+    path = Utf8Of(folder / (".qtrace-" + std::to_string(ProcessNumber()) + "-XXXXXX.tmp"));
     return MakeNewFile(path);
 }
 
@@ -42,12 +43,12 @@ OutputFile::OutputFile(const std::string& path, bool overwrite) : m_path(path), 
     std::error_code unreadable;
     if (path == "-") {
         m_descriptor = kStandardOutput;
-    } else if (fs::is_directory(path, unreadable)) {
+    } else if (fs::is_directory(PathOf(path), unreadable)) {
         m_problem = path + " is a folder";
     } else if (!IsFileOrNothing(path)) {
         m_descriptor = OpenToWrite(path);
         if (m_descriptor < 0) Remember("opened");
-    } else if (fs::exists(path, unreadable) && !overwrite) {
+    } else if (fs::exists(PathOf(path), unreadable) && !overwrite) {
         m_problem = path + " exists already; --force replaces it";
     } else {
         OpenTemporary();
@@ -57,8 +58,8 @@ OutputFile::OutputFile(const std::string& path, bool overwrite) : m_path(path), 
 // A file behind a symbolic link is replaced where it lies; the link stays. The name is short: the file's own,
 // with something behind it, may be longer than names can be.
 void OutputFile::OpenTemporary() {
-    const fs::path target = BehindLinks(m_path);
-    m_path = target.string();
+    const fs::path target = BehindLinks(PathOf(m_path));
+    m_path = Utf8Of(target);
     if (std::error_code none; fs::is_symlink(target, none)) {
         errno = ELOOP;
         return Remember("written");
@@ -72,7 +73,7 @@ void OutputFile::OpenTemporary() {
 OutputFile::~OutputFile() {
     if (m_descriptor > kStandardError) CloseFile(m_descriptor);
     std::error_code ignored;
-    if (!m_temporary.empty()) fs::remove(m_temporary, ignored);
+    if (!m_temporary.empty()) fs::remove(PathOf(m_temporary), ignored);
 }
 
 void OutputFile::Remember(const char* what) {
@@ -110,8 +111,8 @@ std::optional<std::string> ReplaceFile(const fs::path& file, std::string_view te
     const fs::path folder = BehindLinks(file).parent_path();
     std::error_code problem;
     if (!folder.empty()) fs::create_directories(folder, problem);
-    if (problem) return "the folder " + folder.string() + " cannot be made: " + problem.message();
-    OutputFile output(file.string(), true);
+    if (problem) return "the folder " + Utf8Of(folder) + " cannot be made: " + problem.message();
+    OutputFile output(Utf8Of(file), true);
     output.Write(text);
     return output.Finish();
 }

@@ -5,6 +5,7 @@
 
 #include "host/program.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/text/xml_reader.h"
 #include "host/tracks/named_tracks.h"
 
@@ -86,7 +87,7 @@ class ForeignParts : public XmlEvents {
 
 std::string ForeignContent(const std::filesystem::path& file) {
     ForeignParts parts;
-    FileReader reader(file.string());
+    FileReader reader(Utf8Of(file));
     if (!ReadXml(reader, parts).problem.empty()) parts.Add("parts that are no well-formed XML");
     return parts.Found();
 }
@@ -95,7 +96,7 @@ bool IsKeptForForeignContent(const Library& library, CTrackProxy& track, const s
                              bool force) {
     const std::string foreign = force ? "" : ForeignContent(library.FileOf(track));
     if (foreign.empty()) return false;
-    Fail(command, library.FileOf(track).string() + " holds more than the track " + ShownName(track) + " (" +
+    Fail(command, Utf8Of(library.FileOf(track)) + " holds more than the track " + ShownName(track) + " (" +
                       foreign + "), which would be lost; nothing was changed; --force does it all the same");
     return true;
 }

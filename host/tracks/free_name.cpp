@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/track_name.h"
 
 namespace host {
@@ -12,7 +13,7 @@ namespace {
 // A file that cannot be read is not listed, and must not be written over.
 bool IsTaken(CTrackMan& manager, const DeviceFolder& device, const std::string& name) {
     std::error_code unreadable;
-    const std::string file = ToUtf8(name) + ".gpx";
+    const std::filesystem::path file = PathOf(ToUtf8(name) + ".gpx");
     return manager.GetTrack(name) != nullptr || manager.GetTrackByFile(name) != nullptr ||
            std::filesystem::exists(device.Tracks() / file, unreadable) ||
            std::filesystem::exists(device.CardTracks() / file, unreadable);

@@ -2,6 +2,7 @@
 
 #include "host/settings/device_path.h"
 #include "host/text/extension.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/free_name.h"
 
 namespace host {
@@ -30,8 +31,8 @@ CTrackProxy* Library::Find(const std::string& name) const {
         return m_manager.GetTrack(static_cast<unsigned long>(exact));
     if (CTrackProxy* track = m_manager.GetTrack(name)) return track;
     if (CTrackProxy* track = m_manager.GetTrackByFile(name)) return track;
-    const std::filesystem::path file(name);
-    return IsTrackFile(file) ? m_manager.GetTrackByFile(file.stem().string()) : nullptr;
+    const std::filesystem::path file = PathOf(name);
+    return IsTrackFile(file) ? m_manager.GetTrackByFile(Utf8Of(file.stem())) : nullptr;
 }
 
 std::string Library::FreeName(const std::string& name) const {
@@ -58,9 +59,9 @@ bool Library::ReadsBack(CTrackProxy& stored, std::size_t points) const {
 std::string Library::WhyNotStored() const {
     bool onCard = false;
     if (!m_manager.GetStoragePlace(onCard))
-        return "there is no place for it: no storage card, or too little room in " + m_device.Root().string();
+        return "there is no place for it: no storage card, or too little room in " + Utf8Of(m_device.Root());
     const std::filesystem::path& folder = onCard ? m_device.CardTracks() : m_device.Tracks();
-    return "the folder " + folder.string() + " does not take it: full, read-only or gone";
+    return "the folder " + Utf8Of(folder) + " does not take it: full, read-only or gone";
 }
 
 std::filesystem::path Library::FileOf(CTrackProxy& track) const {

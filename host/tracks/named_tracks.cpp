@@ -9,6 +9,7 @@
 #include "host/text/extension.h"
 #include "host/text/file_bytes.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -19,7 +20,7 @@ std::string WhyUnreadable(const fs::path& file) {
     std::error_code special;
     if (!fs::is_regular_file(file, special))
         return "it is no file";  // opening a pipe would wait for its other end
-    if (const FileReader opened(file.string()); !opened.Problem().empty()) return opened.Problem();
+    if (const FileReader opened(Utf8Of(file)); !opened.Problem().empty()) return opened.Problem();
     std::error_code unknown;
     return fs::file_size(file, unknown) == 0 ? "it is empty" : "it holds no track that can be read";
 }

@@ -7,6 +7,7 @@
 #include "host/program.h"
 #include "host/text/display_width.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 #include "host/tracks/named_tracks.h"
 #include "host/tracks/storable_altitude.h"
 #include "host/tracks/track_name.h"
@@ -77,7 +78,7 @@ std::optional<std::string> DeleteTrack(const Library& library, CTrackProxy& trac
     library.Manager().DelTrack(static_cast<unsigned long>(index));
     std::error_code unknown, problem;
     if (!fs::exists(fs::symlink_status(file, unknown)) || fs::remove(file, problem)) return std::nullopt;
-    return file.string() + " could not be deleted: " + problem.message();
+    return Utf8Of(file) + " could not be deleted: " + problem.message();
 }
 
 }  // namespace host

@@ -9,6 +9,7 @@
 
 #include "host/text/descriptor.h"
 #include "host/text/output_file.h"
+#include "host/text/utf8_path.h"
 
 namespace fs = std::filesystem;
 
@@ -36,13 +37,12 @@ int TryToFill(int descriptor, std::size_t bytes) {
 // The file of before, in the system's temporary folder; empty when not even that can be written.
 fs::path KeepCopy(const fs::path& file, const std::string& bytes) {
     std::error_code problem;
-    std::string copy =
-        (fs::temp_directory_path(problem) / ("qtrace-XXXXXX" + file.extension().string())).string();
+    std::string copy = Utf8Of(fs::temp_directory_path(problem) / "qtrace-XXXXXX") + Utf8Of(file.extension());
     const int made = MakeNewFile(copy);
     if (made < 0) return {};
     const bool isKept = WriteAll(made, bytes) && Commit(made);
     CloseFile(made);
-    return isKept ? fs::path(copy) : fs::path();
+    return isKept ? PathOf(copy) : fs::path();
 }
 
 // What has become of a file whose change does not show. `before`: its bytes, and the track in it.
@@ -54,11 +54,11 @@ std::string Aftermath(const fs::path& file, const std::string& path, const std::
         (rights & (fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write)) ==
         fs::perms::none;
     const std::string reason = readOnly ? "it is read-only" : WhyNotWritable(file.parent_path(), bytes.size());
-    const std::string message = file.string() + " could not be written" + (reason.empty() ? "" : ": " + reason);
+    const std::string message = Utf8Of(file) + " could not be written" + (reason.empty() ? "" : ": " + reason);
     const auto now = ReadStoredTrack(path);
     if (now && SamePoints(now->points, before.points)) return message + "; the track is as it was";
     const fs::path copy = KeepCopy(file, bytes);
-    return message + (copy.empty() ? "; the track in it may be damaged" : "; it is kept in " + copy.string());
+    return message + (copy.empty() ? "; the track in it may be damaged" : "; it is kept in " + Utf8Of(copy));
 }
 
 }  // namespace
@@ -84,7 +84,7 @@ std::optional<std::string> ChangeHeader(const Library& library, CTrackProxy& tra
     const fs::path file = library.FileOf(track);
     const std::string path = track.GetTrackPath();
     const auto before = ReadStoredTrack(path);
-    if (!before) return file.string() + " cannot be read any more";
+    if (!before) return Utf8Of(file) + " cannot be read any more";
     const std::string bytes = BytesOf(file);
     CTrackProxy wanted(path.c_str());
     wanted.Load(nullptr);
@@ -104,7 +104,7 @@ std::string WhyNotWritable(const fs::path& folder, std::size_t bytes) {
     const int problem = TryToFill(descriptor, bytes);
     CloseFile(descriptor);
     std::error_code ignored;
-    fs::remove(name, ignored);
+    fs::remove(PathOf(name), ignored);
     return problem == 0 ? "" : std::strerror(problem);
 }
 

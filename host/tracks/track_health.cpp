@@ -6,6 +6,7 @@
 #include "host/recording/device_health.h"
 #include "host/text/extension.h"
 #include "host/text/text.h"
+#include "host/text/utf8_path.h"
 
 namespace host {
 namespace {
@@ -26,7 +27,7 @@ std::vector<fs::path> TrackFilesIn(const fs::path& folder) {
 
 // What the document itself shows.
 void CheckDocument(TrackHealth& health) {
-    FileReader reader(health.file.string());
+    FileReader reader(Utf8Of(health.file));
     std::uint64_t badPositions = 0, badTimes = 0;
     const GpxOutcome outcome = ReadGpx(reader, [&](const GpxTrack& track) {
         if (health.points == 0) health.points = track.points.size();
