@@ -73,14 +73,14 @@ int Set(const Configuration& configuration, const Setting& setting, const std::s
     if (!quoted) return WrongUsage("a file of settings cannot hold that value");
     ConfigurationText text(TextOf(configuration.File()));
     text.Set(setting.key, *quoted);
-    if (const auto problem = ReplaceFile(configuration.File(), text.Text())) return Fail(*problem);
+    if (const auto problem = ReplaceContent(configuration.File(), text.Text())) return Fail(*problem);
     return kDone;
 }
 
 int Unset(const Configuration& configuration, const Setting& setting) {
     ConfigurationText text(TextOf(configuration.File()));
     if (!text.Unset(setting.key)) return Fail(setting.key + " is not set in " + Utf8Of(configuration.File()));
-    if (const auto problem = ReplaceFile(configuration.File(), text.Text())) return Fail(*problem);
+    if (const auto problem = ReplaceContent(configuration.File(), text.Text())) return Fail(*problem);
     return kDone;
 }
 

@@ -38,10 +38,10 @@ struct Range {
 
 }  // namespace
 
-GroundLine LineOf(const Points& points, double near) {
+GroundLine LineOf(const Points& points, double nearTo) {
     GroundLine line;
     line.longitudes = ContinuousLongitudes(points);
-    const double turns = points.empty() ? 0 : std::round((near - points.front().dLongitude) / 360);
+    const double turns = points.empty() ? 0 : std::round((nearTo - points.front().dLongitude) / 360);
     for (double& longitude : line.longitudes) longitude += 360 * turns;
     for (const TckPt& point : points) line.latitudes.push_back(point.dLatitude);
     return line;

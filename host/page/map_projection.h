@@ -21,8 +21,8 @@ struct GroundLine {
     std::vector<double> latitudes, longitudes;
 };
 
-// `near`: moved by whole turns so that its first point lies within half a turn of that longitude.
-GroundLine LineOf(const Points& points, double near);
+// `nearTo`: moved by whole turns so that its first point lies within half a turn of that longitude.
+GroundLine LineOf(const Points& points, double nearTo);
 
 class MapProjection {
  public:

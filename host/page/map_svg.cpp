@@ -156,8 +156,8 @@ std::string Legend(const std::vector<DrawnTrack>& tracks) {
 
 std::string Map(const std::vector<DrawnTrack>& tracks) {
     std::vector<GroundLine> lines;
-    const double near = tracks[0].drawn.points.front().dLongitude;
-    for (const DrawnTrack& track : tracks) lines.push_back(LineOf(track.drawn.points, near));
+    const double nearTo = tracks[0].drawn.points.front().dLongitude;
+    for (const DrawnTrack& track : tracks) lines.push_back(LineOf(track.drawn.points, nearTo));
     const MapProjection projection(
         lines, {kMap.left + kRoomAroundTracks, kMap.top + kRoomAroundTracks, kMap.width - 2 * kRoomAroundTracks,
                 kMap.height - 2 * kRoomAroundTracks});

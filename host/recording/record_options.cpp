@@ -4,6 +4,7 @@
 #include <map>
 
 #include "host/page/page_server.h"
+#include "host/recording/left_out.h"
 #include "host/source/receivers.h"
 #include "host/text/choice.h"
 
@@ -137,6 +138,7 @@ void AddRecordOptions(CLI::App& command, RecordArguments& arguments, RecordSetti
     AddGate(command, arguments);
     AddSaving(command, arguments);
     AddPage(command, arguments);
+    LeaveOutOptions(command);
 }
 
 std::optional<int> ServePort(const RecordArguments& arguments) {

@@ -53,7 +53,7 @@ bool IsThere(const DeviceFolder& device, const std::string& trackLine) {
 std::optional<std::string> MarkAsSaved(const DeviceFolder& device, const SavedTrack& track) {
     const auto ring = RingLine(device);
     if (!ring) return Utf8Of(RingFileOf(device)) + " cannot be read back";
-    return ReplaceFile(MarkOf(device), *ring + TrackLine(track.pointsReadBack, track.file) + '\n');
+    return ReplaceContent(MarkOf(device), *ring + TrackLine(track.pointsReadBack, track.file) + '\n');
 }
 
 bool IsMarkedAsSaved(const DeviceFolder& device) {

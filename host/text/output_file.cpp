@@ -107,7 +107,7 @@ void OutputFile::TakePlace() {
         m_temporary.clear();
 }
 
-std::optional<std::string> ReplaceFile(const fs::path& file, std::string_view text) {
+std::optional<std::string> ReplaceContent(const fs::path& file, std::string_view text) {
     const fs::path folder = BehindLinks(file).parent_path();
     std::error_code problem;
     if (!folder.empty()) fs::create_directories(folder, problem);

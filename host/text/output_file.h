@@ -53,6 +53,6 @@ class OutputFile {
 
 // Makes `text` the content of the file, in the same way; its folders, too, where they are missing. Otherwise
 // says why not, and the file is as it was.
-std::optional<std::string> ReplaceFile(const std::filesystem::path& file, std::string_view text);
+std::optional<std::string> ReplaceContent(const std::filesystem::path& file, std::string_view text);
 
 }  // namespace host
