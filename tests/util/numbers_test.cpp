@@ -1,10 +1,9 @@
+// Numbers as texts: each rule by its cases. At random, beside the C library:
+// tests/util/numbers_reference_test.cpp.
 #include "util/numbers.h"
 
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <locale>
 #include <random>
@@ -12,51 +11,13 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/c_number.h"
 #include "tests/support/german_locale.h"
 #include "tests/support/seed.h"
+#include "tests/util/numbers_fixture.h"
 
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
-
-std::string Written(double value) {
-    char text[numbers::kRealRoom];
-    return {text, numbers::WriteReal(value, text)};
-}
-
-std::string Written(std::int32_t value) {
-    char text[numbers::kIntegerRoom];
-    return {text, numbers::WriteInteger(value, text)};
-}
-
-std::string Printed(double value) {
-    char text[numbers::kRealRoom + 1];
-    std::snprintf(text, sizeof text, "%f", value);
-    return text;
-}
-
-std::uint64_t Bits(double value) {
-    std::uint64_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
-
-// The C library reads the same text; its process locale is the C locale unless a test changes it.
-::testing::AssertionResult ReadsAsAtof(const std::string& text) {
-    const double ours = numbers::ParseReal(text);
-    const double expected = RealByCLibrary(text);
-    if (std::isnan(expected) ? std::isnan(ours) && std::signbit(ours) == std::signbit(expected)
-                             : Bits(ours) == Bits(expected))
-        return ::testing::AssertionSuccess();
-    return ::testing::AssertionFailure() << '"' << text << "\": " << ours << ", not " << expected;
-}
-
-std::string RandomText(std::mt19937_64& random, const std::string& alphabet, std::size_t longest) {
-    std::string text(static_cast<std::size_t>(random() % (longest + 1)), ' ');
-    for (char& c : text) c = alphabet[static_cast<std::size_t>(random() % alphabet.size())];
-    return text;
-}
 
 // Every way to write a real number, its ends, and what only looks like one.
 const char* const kEveryForm[] = {"0",
@@ -183,21 +144,6 @@ TEST(ParseReal, EveryForm_ReadsAsTheCLibraryReadsIt) {
     for (const char* text : kEveryForm) EXPECT_TRUE(ReadsAsAtof(text));
 }
 
-TEST(ParseReal, RandomDecimals_ReadAsTheCLibraryReadsThem) {
-    std::mt19937_64 random(Seed(20010909));
-    for (int i = 0; i < 200000; ++i) {
-        std::string text = RandomText(random, "0123456789", 12);
-        if (random() % 4 != 0) text += "." + RandomText(random, "0123456789", 12);
-        if (random() % 8 == 0) text += "e" + std::to_string(static_cast<int>(random() % 700) - 350);
-        ASSERT_TRUE(ReadsAsAtof(text));
-    }
-}
-
-TEST(ParseReal, RandomTexts_ReadAsTheCLibraryReadsThem) {
-    std::mt19937_64 random(Seed(19700101));
-    for (int i = 0; i < 200000; ++i) ASSERT_TRUE(ReadsAsAtof(RandomText(random, "0019..eE+-xXpPafinN( ", 9)));
-}
-
 TEST(ReadPlainReal, PlainNumbers_EndWhereTheirCharactersEnd) {
     const auto taken = [](const char* text) {
         double value = 0.0;
@@ -218,23 +164,6 @@ TEST(ReadPlainReal, NumberThatNoDoubleHolds_IsInfinity) {
     double value = 0.0;
     numbers::ReadPlainReal(("-" + std::string(400, '9')).c_str(), value);
     EXPECT_EQ(value, -kInfinity);
-}
-
-// Behind a plain number stands what ends it for every reader.
-TEST(ReadPlainReal, RandomNumbers_AreReadAsTheCLibraryReadsThem) {
-    std::mt19937_64 random(Seed(271828));
-    int plain = 0;
-    for (int i = 0; i < 1000000; ++i) {
-        const std::string text = RandomText(random, "0123456789012345678.-", 25);
-        double value = 0.0;
-        const char* const end = numbers::ReadPlainReal(text.c_str(), value);
-        if (end == nullptr) continue;
-        ++plain;
-        const std::string number(text.c_str(), end);
-        ASSERT_EQ(Bits(value), Bits(std::atof(number.c_str()))) << number;
-        ASSERT_EQ(Bits(value), Bits(numbers::ParseReal(number))) << number;
-    }
-    EXPECT_GT(plain, 500000);
 }
 
 TEST(WriteInteger, EveryInteger_IsWrittenInFull) {
@@ -277,32 +206,6 @@ TEST(WriteReal, EveryMagnitude_IsWrittenAsPrintfWritesIt) {
          {1e9, 999999999.9999999, 999999999.99999988, 1e15, 9007199254740993.0, 1e22, 1e300,
           std::numeric_limits<double>::max(), std::numeric_limits<double>::denorm_min()})
         EXPECT_EQ(Written(value), Printed(value));
-}
-
-TEST(WriteReal, RandomBits_AreWrittenAsPrintfWritesThem) {
-    std::mt19937_64 random(Seed(5551212));
-    for (int i = 0; i < 200000; ++i) {
-        const std::uint64_t bits = random();
-        double value;
-        std::memcpy(&value, &bits, sizeof value);
-        if (std::isnan(value)) continue;  // not every C library writes its sign
-        ASSERT_EQ(Written(value), Printed(value)) << bits;
-    }
-}
-
-TEST(WriteReal, RandomPositions_AreWrittenAsPrintfWritesThem) {
-    std::mt19937_64 random(Seed(4711));
-    std::uniform_real_distribution<double> degrees(-180, 180);
-    std::uniform_int_distribution<int> exponent(-30, 30);
-    for (int i = 0; i < 200000; ++i) {
-        const double value = std::ldexp(degrees(random), exponent(random));
-        ASSERT_EQ(Written(value), Printed(value));
-    }
-}
-
-// Multiples of 2^-7 are the coarsest whose millionths are halves.
-TEST(WriteReal, ExactHalves_AreWrittenAsPrintfWritesThem) {
-    for (int i = 0; i < 200000; ++i) ASSERT_EQ(Written(i / 128.0), Printed(i / 128.0));
 }
 
 TEST(WriteReal, NumberReadBack_IsWithinHalfAMillionth) {
