@@ -104,11 +104,15 @@ bool IsHexadecimal(std::string_view text) {
            (IsHexDigit(text[2]) || text[2] == '.');
 }
 
+// An exponent has one sign, though from_chars takes a minus behind a plus.
+std::optional<double> ParseHexadecimal(std::string_view digits) {
+    return ParseMagnitude(digits.substr(0, digits.find("+-")), std::chars_format::hex);
+}
+
 // Any number without its sign; a second sign, which from_chars would take, is none.
 std::optional<double> ParseUnsigned(std::string_view text) {
     if (text.empty() || text.front() == '-') return std::nullopt;
-    const auto hexadecimal =
-        IsHexadecimal(text) ? ParseMagnitude(text.substr(2), std::chars_format::hex) : std::nullopt;
+    const auto hexadecimal = IsHexadecimal(text) ? ParseHexadecimal(text.substr(2)) : std::nullopt;
     return hexadecimal ? hexadecimal : ParseMagnitude(text, std::chars_format::general);
 }
 
