@@ -5,11 +5,12 @@
 #include <gtest/gtest.h>
 
 #include "tests/record/log_track_fixture.h"
+#include "tests/support/rounds.h"
 #include "tests/support/seed.h"
 
 namespace {
 
-std::uint16_t CheckSequence(const std::string& bytes) {
+std::uint16_t CheckSequence(std::string_view bytes) {
     return fcs16::CheckSequence(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
 }
 
@@ -34,6 +35,18 @@ TEST(Fcs16, RandomBytesOfEveryLength_GiveWhatTheDefinitionGivesBitByBit) {
         std::string bytes(length, '\0');
         for (char& byte : bytes) byte = static_cast<char>(random());
         EXPECT_EQ(CheckSequence(bytes), described::CheckSequence(bytes)) << length << " bytes";
+    }
+}
+
+// Eight bytes are taken at a time, wherever the string begins.
+TEST(Fcs16, RandomBytesAnywhere_GiveWhatTheDefinitionGivesBitByBit) {
+    std::mt19937 random(Seed(20010910));
+    std::string bytes(272, '\0');
+    for (int i = 0; i < Rounds(200000); ++i) {
+        bytes[random() % bytes.size()] = static_cast<char>(random());
+        const std::size_t begin = random() % 16;
+        const std::string_view text = std::string_view(bytes).substr(begin, random() % (i % 8 == 0 ? 257 : 65));
+        ASSERT_EQ(CheckSequence(text), described::CheckSequence(text)) << begin << ' ' << text.size();
     }
 }
 

@@ -6,10 +6,13 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/rounds.h"
+#include "tests/support/seed.h"
 #include "tests/util/random_reals.h"
 
 namespace {
@@ -102,7 +105,7 @@ TEST(Sine, KnownAngles_AreTheNearestDoubles) {
 }
 
 TEST(Sine, AngleTurnedRound_ChangesTheSignOfTheSineAlone) {
-    RandomReals random(301);
+    RandomReals random(Seed(301));
     for (int round = 0; round < 20000; ++round) {
         const double angle = random.Within(round % 2 == 0 ? 7.0 : 1e6);
         ASSERT_EQ(Sine(-angle), -Sine(angle)) << angle;
@@ -111,13 +114,26 @@ TEST(Sine, AngleTurnedRound_ChangesTheSignOfTheSineAlone) {
 }
 
 TEST(Sine, BothAtOnce_AreTheTwoOneByOne) {
-    RandomReals random(302);
-    for (int round = 0; round < 1000; ++round) {
-        const double angle = random.Within(1000.0);
+    constexpr double kRanges[] = {1e-9, 7.5e-9, 1e-6, 6.2e-5, 1e-3, 0.7854, 0.8,
+                                  1.6,  6.2832, 801,  1e4,    1e15, 1e300};
+    RandomReals random(Seed(302));
+    for (int round = 0; round < Rounds(1300000); ++round) {
+        const double angle = random.Within(kRanges[static_cast<std::size_t>(round) % std::size(kRanges)]);
         const auto [sine, cosine] = SineAndCosine(angle);
-        ASSERT_EQ(sine, Sine(angle));
-        ASSERT_EQ(cosine, Cosine(angle));
+        ASSERT_EQ(BitsOf(Sine(angle)), BitsOf(sine)) << angle;
+        ASSERT_EQ(BitsOf(Cosine(angle)), BitsOf(cosine)) << angle;
     }
+}
+
+// Where another series begins.
+TEST(Sine, BothAtOnceBesideTheLimits_AreTheTwoOneByOne) {
+    for (const double limit : {0x1p-27, 0x1p-14, kPi / 4, kPi / 2, kPi, 800.0})
+        for (int step = -1000; step <= 1000; ++step) {
+            const double angle = std::bit_cast<double>(BitsOf(limit) + static_cast<std::uint64_t>(step));
+            const auto [sine, cosine] = SineAndCosine(angle);
+            ASSERT_EQ(BitsOf(Sine(angle)), BitsOf(sine)) << angle;
+            ASSERT_EQ(BitsOf(Cosine(angle)), BitsOf(cosine)) << angle;
+        }
 }
 
 TEST(Sine, InfiniteOrNoNumber_IsNoNumber) {
@@ -190,7 +206,7 @@ TEST(ArcTangent, KnownDirections_AreTheNearestDoubles) {
 }
 
 TEST(ArcTangent, MirroredBelowTheAxis_ChangesItsSign) {
-    RandomReals random(304);
+    RandomReals random(Seed(304));
     for (int round = 0; round < 20000; ++round) {
         const double y = random.Within(1.0), x = random.Within(1.0);
         ASSERT_EQ(ArcTangent(-y, x), -ArcTangent(y, x)) << y << ' ' << x;
