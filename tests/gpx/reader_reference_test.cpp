@@ -2,6 +2,7 @@
 #include "tests/gpx/damaged_document.h"
 #include "tests/gpx/gpx_fixture.h"
 #include "tests/gpx/reference_reader.h"
+#include "tests/support/files_in_memory.h"
 #include "tests/support/recorded_data.h"
 #include "tests/support/rounds.h"
 
@@ -63,7 +64,7 @@ std::string WithCrLf(const std::string& text) {
 
 }  // namespace
 
-class GpxReaderReference : public GpxTest {
+class GpxReaderReference : private FilesInMemory, public GpxTest {
  protected:
     // In each of the three ways. Tells whether the document was read.
     bool ExpectReadAlike(const std::string& document) {
@@ -93,28 +94,28 @@ TEST_F(GpxReaderReference, Sample_IsReadAlike) {
 
 TEST_F(GpxReaderReference, DamagedSample_IsReadOrRefusedAlike) {
     int read = 0;
-    for (std::uint32_t seed = 0; seed < 10000 && !HasFailure(); ++seed) {
+    for (int seed = 0; seed < Rounds(10000) && !HasFailure(); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         std::string document = kSample;
-        Vandal(seed).Damage(document);
+        Vandal(static_cast<unsigned>(seed)).Damage(document);
         read += ExpectReadAlike(document) ? 1 : 0;
     }
-    EXPECT_GT(read, 1000);  // enough of both kinds that the comparison means something
-    EXPECT_LT(read, 9000);
+    EXPECT_GT(read, Rounds(1000));  // enough of both kinds that the comparison means something
+    EXPECT_LT(read, Rounds(9000));
 }
 
 TEST_F(GpxReaderReference, DamagedDrive_IsReadOrRefusedAlike) {
     const std::string drive = PlainDrive();
     ASSERT_TRUE(ExpectReadAlike(drive));
     int read = 0;
-    for (std::uint32_t seed = 0; seed < 5000 && !HasFailure(); ++seed) {
+    for (int seed = 0; seed < Rounds(5000) && !HasFailure(); ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         std::string document = drive;
-        Vandal(seed).Damage(document);
+        Vandal(static_cast<unsigned>(seed)).Damage(document);
         read += ExpectReadAlike(document) ? 1 : 0;
     }
-    EXPECT_GT(read, 500);
-    EXPECT_LT(read, 4500);
+    EXPECT_GT(read, Rounds(500));
+    EXPECT_LT(read, Rounds(4500));
 }
 
 // A point that differs from the one before it in nothing but digits gets no second look; nor does the parser
@@ -145,10 +146,10 @@ TEST_F(GpxReaderReference, DamagedRecordings_AreReadOrRefusedAlike) {
         std::string document = ReadFile(file);
         const bool isText = document.find('\0') == document.npos && file.extension() == ".gpx";
         if (!isText || document.size() > 20000) continue;
-        for (std::uint32_t seed = 0; seed < 50 && !HasFailure(); ++seed) {
+        for (int seed = 0; seed < Rounds(50) && !HasFailure(); ++seed) {
             SCOPED_TRACE(file.filename().string() + " seed " + std::to_string(seed));
             std::string damaged = document;
-            if (seed > 0) Vandal(seed).Damage(damaged);
+            if (seed > 0) Vandal(static_cast<unsigned>(seed)).Damage(damaged);
             ExpectReadAlike(damaged);
         }
     }
