@@ -1,32 +1,10 @@
 // Documents as the tests of the GPX exchange see them: written to and read from files of a device of their own.
 #pragma once
 
-#include <cstring>
 #include <string>
 
-#include "gpx/gpx.h"
+#include "tests/gpx/imported.h"
 #include "tests/support/device.h"
-#include "tests/support/points.h"
-
-// Copies a text to a zero-terminated field.
-template <std::size_t Room>
-void Put(char (&field)[Room], const std::string& text) {
-    std::memset(field, 0, Room);
-    text.copy(field, Room - 1);
-}
-
-// What an import made of a document. The points are in their own vector, info.points leads to it.
-struct Imported {
-    Imported() { info.points = &points; }
-    Imported(const Imported&) = delete;
-    Imported& operator=(const Imported&) = delete;
-
-    bool isRead = false;
-    int encoding = -1;
-    GpxMetadata metadata{};
-    GpxTrackInfo info{};
-    Points points;
-};
 
 using ImportWay = bool (CGPXTransmit::*)(const std::wstring&, GpxTrackInfo*);
 

@@ -1,34 +1,13 @@
 // The reader against the plain one, on damaged documents: both must refuse the same and find the same.
 #include "tests/gpx/damaged_document.h"
 #include "tests/gpx/gpx_fixture.h"
+#include "tests/gpx/imported.h"
 #include "tests/gpx/reference_reader.h"
 #include "tests/support/files_in_memory.h"
 #include "tests/support/recorded_data.h"
 #include "tests/support/rounds.h"
 
 namespace {
-
-// An empty time means now; the two readers run at slightly different times.
-void BlurNow(std::int32_t& time) {
-    SYSTEMTIME clock{};
-    platform::GetSystemTime(&clock);
-    const auto now = static_cast<std::int32_t>(ChangeSYSTIMEToTime_T(clock));
-    if (std::llabs(static_cast<long long>(time) - now) < 100) time = 123456789;
-}
-
-void BlurNow(Imported& imported) {
-    BlurNow(imported.info.startTime);
-    BlurNow(imported.info.endTime);
-    for (TckPt& point : imported.points) BlurNow(point.lTime);
-}
-
-std::string HeaderBytes(const GpxTrackInfo& info) {
-    GpxTrackInfo copy;
-    std::memset(&copy, 0, sizeof copy);
-    std::memcpy(&copy, &info, sizeof copy);
-    copy.points = nullptr;
-    return {reinterpret_cast<const char*>(&copy), sizeof copy};
-}
 
 void ExpectSame(Imported& actual, Imported& expected) {
     BlurNow(actual);

@@ -10,7 +10,7 @@
 
 #include "gpx/gpx.h"
 #include "platform/clock.h"
-#include "tests/gpx/gpx_fixture.h"
+#include "tests/gpx/imported.h"
 #include "tests/support/c_number.h"
 #include "util/text.h"
 #include "util/time.h"
