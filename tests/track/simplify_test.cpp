@@ -93,28 +93,44 @@ double SquaredDistance(const TckPt& first, const TckPt& last, const TckPt& point
     return square(x * endY - y * endX) / length;
 }
 
-// The points strictly between two that stay, the plain way: every distance computed and compared.
-void KeepBetween(const Points& pts, std::size_t first, std::size_t last, double tolerance, Points& kept) {
-    std::size_t division = first;
-    double farthest = -1.0;
-    for (std::size_t i = first + 1; i < last; ++i) {
-        const double squared = SquaredDistance(pts[first], pts[last], pts[i]);
-        if (squared <= farthest) continue;
-        division = i;
-        farthest = squared;
+// The points that stay, the plain way: every distance computed and compared.
+class PlainThinning {
+ public:
+    PlainThinning(const Points& pts, double tolerance) : m_pts(pts), m_tolerance(tolerance) {
+        while (pts.size() >> m_digits != 0) ++m_digits;
     }
-    if (farthest <= tolerance * tolerance) return;
-    KeepBetween(pts, first, division, tolerance, kept);
-    kept.push_back(pts[division]);
-    KeepBetween(pts, division, last, tolerance, kept);
-}
+    Points Kept() {
+        m_kept = {m_pts.front()};
+        KeepBetween(0, m_pts.size() - 1, 0);
+        m_kept.push_back(m_pts.back());
+        return m_kept;
+    }
 
-Points ThinnedThePlainWay(const Points& pts, double tolerance) {
-    Points kept{pts.front()};
-    KeepBetween(pts, 0, pts.size() - 1, tolerance, kept);
-    kept.push_back(pts.back());
-    return kept;
-}
+ private:
+    // Those strictly between. A piece cut off often enough is halved by its number of points.
+    void KeepBetween(std::size_t first, std::size_t last, unsigned depth) {
+        std::size_t division = first;
+        double farthest = -1.0;
+        for (std::size_t i = first + 1; i < last; ++i) {
+            const double squared = SquaredDistance(m_pts[first], m_pts[last], m_pts[i]);
+            if (squared <= farthest) continue;
+            division = i;
+            farthest = squared;
+        }
+        if (farthest <= m_tolerance * m_tolerance) return;
+        if (depth >= 2 * m_digits + 8) division = (first + last) / 2;
+        KeepBetween(first, division, depth + 1);
+        m_kept.push_back(m_pts[division]);
+        KeepBetween(division, last, depth + 1);
+    }
+
+    const Points& m_pts;
+    double m_tolerance;
+    unsigned m_digits = 0;  // of the number of points, in binary
+    Points m_kept;
+};
+
+Points ThinnedThePlainWay(const Points& pts, double tolerance) { return PlainThinning(pts, tolerance).Kept(); }
 
 void ExpectFaithful(const Points& all, const Points& kept, double tolerance) {
     ASSERT_GE(kept.size(), std::min<std::size_t>(all.size(), 2));
