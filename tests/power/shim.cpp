@@ -243,6 +243,12 @@ FILE* fdopen(int descriptor, const char* mode) {
     return stream;
 }
 
+// Streams of ours read byte by byte without a buffer, where the C library's own read as much as is asked for.
+int setvbuf(FILE* stream, char* buffer, int mode, size_t size) noexcept {
+    REAL(setvbuf);
+    return The().streams.count(stream) != 0 ? 0 : real(stream, buffer, mode, size);
+}
+
 int fclose(FILE* stream) {
     REAL(fclose);
     const int result = real(stream);
