@@ -104,9 +104,10 @@ inline std::string SampleDrive() { return ReadFile(std::filesystem::path(QTRACE_
 template <typename Condition>
 bool Eventually(Condition holds) {
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!holds() && std::chrono::steady_clock::now() < deadline)
+    bool isHeld = holds();  // asked once at a time: asking may take what it asks for
+    for (; !isHeld && std::chrono::steady_clock::now() < deadline; isHeld = holds())
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    return holds();
+    return isHeld;
 }
 
 // Whether SIGTERM does not end the program any more, but is waited for.

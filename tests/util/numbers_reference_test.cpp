@@ -17,7 +17,10 @@ namespace {
 
 class NumberReference : public ::testing::Test {
  protected:
-    std::uint64_t Below(std::uint64_t limit) { return m_random() % limit; }
+    template <typename Limit>
+    Limit Below(Limit limit) {
+        return static_cast<Limit>(m_random() % static_cast<std::uint64_t>(limit));
+    }
     bool OneIn(unsigned count) { return Below(count) == 0; }
 
     double Sign() { return OneIn(2) ? -1.0 : 1.0; }
