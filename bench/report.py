@@ -55,6 +55,8 @@ JUDGED_AT = {"open ring": 10000, "append a batch durably": 30}
 MOST_GROWTH = 1.1
 
 REASONS = {
+    ("simplify", "Boost.Geometry"):
+        "a thousand points take some 30 microseconds, and both the same within what the rounds differ by.",
     ("append a batch durably", "SQLite, WAL, synchronous FULL"):
         "an append syncs twice, first a note of what it will write and then the ring, so that `Log.dat` itself is complete "
         "on storage when the append returns and a power cut in the midst of it costs nothing. SQLite syncs its log alone; "
