@@ -17,10 +17,8 @@ namespace {
 
 class NumberReference : public ::testing::Test {
  protected:
-    template <typename Limit>
-    Limit Below(Limit limit) {
-        return static_cast<Limit>(m_random() % static_cast<std::uint64_t>(limit));
-    }
+    std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(m_random() % limit); }
+    double RealBelow(std::uint64_t limit) { return static_cast<double>(m_random() % limit); }
     bool OneIn(unsigned count) { return Below(count) == 0; }
 
     double Sign() { return OneIn(2) ? -1.0 : 1.0; }
@@ -90,7 +88,7 @@ TEST_F(WriteRealReference, BesideHalvesOfAMillionth_IsAsPrintfWritesIt) {
 TEST_F(WriteRealReference, ExactHalves_AreAsPrintfWritesThem) {
     for (int i = 0; i < Rounds(200000); ++i) ASSERT_EQ(Written(i / 128.0), Printed(i / 128.0));
     for (int i = 0; i < Rounds(500000); ++i) {
-        const double value = Sign() * Beside(static_cast<double>(Below(std::uint64_t{1} << 38)) / 128);
+        const double value = Sign() * Beside(RealBelow(std::uint64_t{1} << 38) / 128);
         ASSERT_EQ(Written(value), Printed(value)) << Bits(value);
     }
 }
@@ -148,7 +146,7 @@ TEST_F(ParseRealReference, PrintedDoubles_AreReadAsAtofReadsThem) {
 TEST_F(ParseRealReference, HalvesBetweenDoubles_AreReadAsAtofReadsThem) {
     char text[128];
     for (int i = 0; i < Rounds(300000); ++i) {
-        const auto half = static_cast<double>((std::uint64_t{1} << 53) + Below(std::uint64_t{1} << 53));
+        const auto half = static_cast<double>((std::uint64_t{1} << 53) + m_random() % (std::uint64_t{1} << 53));
         std::snprintf(text, sizeof text, "%.0f", half);
         const std::string digits = text;
         const char last = static_cast<char>(digits.back() + (OneIn(2) ? 0 : '1' <= digits.back() ? -1 : 1));
