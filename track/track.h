@@ -57,7 +57,8 @@ class QTRACE_API CTrack : public ITrack {
 
     // GPX 1.0 (docs/formats/gpx.md) at a device path in the ANSI code page. An empty title becomes the name
     // first. Length and area are the cached ones as they stand, so call Calculate first. True also when the
-    // file could not be opened: look for the file where it matters. False when memory ran out.
+    // file could not be opened: look for the file where it matters. False when memory ran out. A char* that is
+    // not const would be taken for a stream, here and below: pass a std::string.
     bool Save(std::string path);
     // Reads the first trk of a GPX file; the name becomes the file's, the title the document's. False for a
     // file that is no readable GPX; then the track holds no points.
