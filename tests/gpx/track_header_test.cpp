@@ -1,7 +1,6 @@
 // What an import takes from the first trk into the track record.
 #include <cmath>
 #include <cstdlib>
-#include <ctime>
 
 #include "tests/gpx/gpx_fixture.h"
 #include "tests/support/machine.h"
@@ -165,9 +164,9 @@ TEST_F(GpxTrackHeader, TimeThatIsCutAt31Bytes_LosesItsTail) {
 // In a place whose clocks show something else.
 TEST_F(GpxTrackHeader, EmptyTime_IsNowInUtc) {
     const TimeZone kathmandu("NPT-5:45");
-    const auto before = static_cast<std::int32_t>(std::time(nullptr));
+    const auto before = static_cast<std::int32_t>(Now());
     const std::int32_t read = Read("<starttime></starttime><endtime/>").startTime;
-    const auto after = static_cast<std::int32_t>(std::time(nullptr));
+    const auto after = static_cast<std::int32_t>(Now());
     EXPECT_TRUE(before <= read && read <= after);
     EXPECT_TRUE(before <= m_imported.info.endTime && m_imported.info.endTime <= after);
 }

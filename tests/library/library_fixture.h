@@ -146,7 +146,7 @@ class LibraryTest : public DeviceTest {
 
 // The local clock as "2014-05-01 140509", by the C library.
 inline std::string LocalTimeText() {
-    const std::tm now = LocalTime(std::time(nullptr));
+    const std::tm now = LocalTime(Now());
     char text[32];
     std::strftime(text, sizeof text, "%Y-%m-%d %H%M%S", &now);
     return text;

@@ -224,7 +224,7 @@ class NewestPoints : public Recording {
  protected:
     // Fixes one second apart, of which the last is `age` seconds old.
     static std::int32_t RideUntil(int age, int count) {
-        const auto last = static_cast<std::int32_t>(std::time(nullptr)) - age;
+        const auto last = static_cast<std::int32_t>(Now()) - age;
         for (int i = count; i-- > 0;) {
             TckPt fix = RideFix(count - i);
             fix.lTime = last - i;

@@ -37,7 +37,7 @@ TEST_F(TrackCreation, Handle_TakesOverTheTracksStatistics) {
     track.SetColor(0x00123456);
     track.SetVisible(false);
     const CTrackProxy before;
-    const long now = static_cast<long>(std::time(nullptr));
+    const long now = static_cast<long>(Now());
     CTrackProxy hill(track, true);
     std::filesystem::remove(OnDisk(PathOf("Hill")));  // so that nothing can be read
     EXPECT_EQ(hill.GetTrkFileName(), "Hill");
@@ -50,7 +50,7 @@ TEST_F(TrackCreation, Handle_TakesOverTheTracksStatistics) {
     EXPECT_FALSE(hill.GetVisible());
     EXPECT_EQ(hill.GetID(), 0u);
     EXPECT_GE(hill.GetLstWriteTime(), now);
-    EXPECT_LE(hill.GetLstWriteTime(), static_cast<long>(std::time(nullptr)));
+    EXPECT_LE(hill.GetLstWriteTime(), static_cast<long>(Now()));
 }
 
 TEST_F(TrackCreation, AreaOfEitherSense_IsPositive) {

@@ -106,10 +106,10 @@ TEST_F(TrackSaving, Metadata_IsTheLocalTimeAndReplacesWhatWasThere) {
 TEST_F(TrackSaving, WriteTime_IsTheUtcClockAfterASuccess) {
     Store("walk");
     const auto walk = Handle("walk");
-    const long before = static_cast<long>(std::time(nullptr));
+    const long before = static_cast<long>(Now());
     ASSERT_TRUE(walk->SaveTrackData());
     EXPECT_LE(before, walk->GetLstWriteTime());
-    EXPECT_LE(walk->GetLstWriteTime(), static_cast<long>(std::time(nullptr)));
+    EXPECT_LE(walk->GetLstWriteTime(), static_cast<long>(Now()));
 }
 
 TEST_F(TrackSaving, UnreadableFile_IsNotWritten) {

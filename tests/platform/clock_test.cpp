@@ -181,11 +181,11 @@ class Clock : public ::testing::Test {
 
 TEST_F(Clock, SystemTime_IsUtcInEveryZone) {
     const TimeZone eastern("Far-14");
-    const time_t before = time(nullptr);
+    const time_t before = Now();
     SYSTEMTIME now{};
     platform::GetSystemTime(&now);
     EXPECT_GE(SecondsOf(now), before);
-    EXPECT_LE(SecondsOf(now), time(nullptr));
+    EXPECT_LE(SecondsOf(now), Now());
     EXPECT_LE(now.wMilliseconds, 999);
 }
 
@@ -193,11 +193,11 @@ TEST_F(Clock, LocalTime_FollowsTheZoneAlsoWhenItChanges) {
     if (!TimeZone::Active()) GTEST_SKIP() << "a process has no time zone of its own here";
     for (int hoursEast : {0, 5, -8}) {
         const TimeZone here(("Here" + std::to_string(-hoursEast)).c_str());
-        const std::int64_t before = time(nullptr);
+        const std::int64_t before = Now();
         SYSTEMTIME now{};
         platform::GetLocalTime(&now);
         EXPECT_GE(SecondsOf(now), before + hoursEast * 3600);
-        EXPECT_LE(SecondsOf(now), std::int64_t{time(nullptr)} + hoursEast * 3600);
+        EXPECT_LE(SecondsOf(now), std::int64_t{Now()} + hoursEast * 3600);
     }
 }
 

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <filesystem>
 #include <memory>
 #include <ostream>
@@ -193,13 +193,9 @@ class LogTrackTest : public DeviceTest {
 // clock went on meanwhile.
 template <typename Ask>
 auto WithExactAge(std::int32_t time, Ask ask) {
-    const auto now = [] {
-        using namespace std::chrono;
-        return static_cast<int>(floor<seconds>(system_clock::now()).time_since_epoch().count());
-    };
     for (;;) {
-        const int before = now();
-        const auto answer = ask(before - time);
-        if (now() == before) return answer;
+        const std::time_t before = Now();
+        const auto answer = ask(static_cast<int>(before - time));
+        if (Now() == before) return answer;
     }
 }

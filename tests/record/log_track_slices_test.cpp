@@ -1,5 +1,4 @@
 // The recording in memory: how it is cut, trimmed, cleared, and what is asked of it.
-#include <ctime>
 
 #include "tests/record/log_track_fixture.h"
 #include "track/geodesy.h"
@@ -284,7 +283,7 @@ class NewestPoints : public LogTrackSlices {
  protected:
     // Records one batch of points of these ages in seconds.
     void RecordAges(std::initializer_list<int> ages) {
-        const auto now = static_cast<std::int32_t>(std::time(nullptr));
+        const auto now = static_cast<std::int32_t>(Now());
         Points batch;
         for (const int age : ages) {
             batch.push_back(TckPt{});

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <ctime>
 #include <initializer_list>
 #include <limits>
 #include <memory>
@@ -377,7 +376,7 @@ class RecentChosen : public ::testing::Test {
  protected:
     // Chooses every fix; times are seconds before now.
     void Choose(std::initializer_list<int> ages) {
-        const auto now = static_cast<std::int32_t>(std::time(nullptr));
+        const auto now = static_cast<std::int32_t>(Now());
         for (const int age : ages) m_strategy.AddFixPt(FixWithTime(now - age));
     }
     std::size_t RecentWithin(int seconds) {
@@ -420,7 +419,7 @@ TEST_F(RecentChosen, PointsAreAppendedInOrder) {
 
 TEST_F(RecentChosen, OldPointBetween_IsSkippedNotStoppedAt) {
     CTrackTimeStragy strategy(100);
-    const auto now = static_cast<std::int32_t>(std::time(nullptr));
+    const auto now = static_cast<std::int32_t>(Now());
     strategy.AddFixPt(FixWithTime(now - 5000));
     strategy.AddFixPt(FixWithTime(now - 100));
     Points out;
@@ -436,7 +435,7 @@ TEST_F(RecentChosen, NothingChosen_LeavesTheOutputAlone) {
 
 TEST_F(RecentChosen, PendingRun_IsNotAmongThem) {
     CTrackDistStragy strategy(100.0);
-    strategy.AddFixPt(FixWithTime(static_cast<std::int32_t>(std::time(nullptr))));
+    strategy.AddFixPt(FixWithTime(static_cast<std::int32_t>(Now())));
     Points out;
     strategy.GetRecentPtLst(out, 1000);
     EXPECT_TRUE(out.empty());

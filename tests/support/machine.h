@@ -88,6 +88,9 @@ std::wstring WideByMachine(unsigned codePage, const std::string& bytes);
 // Nothing when the page lacks a character.
 std::optional<std::string> NarrowByMachine(unsigned codePage, const std::string& utf8);
 
+// The seconds since 1970 by the system's exact clock. time() may still tell the second before: it is only set
+// forward a few hundred times a second.
+std::time_t Now();
 // The calendar fields of a time, by the C library.
 std::tm LocalTime(std::time_t time);
 std::tm UtcTime(std::time_t time);

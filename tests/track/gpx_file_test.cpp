@@ -32,7 +32,7 @@ std::string Decimals(double value) {
 
 // The local clock as GPX texts have it.
 std::string ClockText() {
-    const std::tm fields = LocalTime(std::time(nullptr));
+    const std::tm fields = LocalTime(Now());
     char text[64];
     std::snprintf(text, sizeof text, "%d-%02d-%02dT%02d:%02d:%02dZ", fields.tm_year + 1900, fields.tm_mon + 1,
                   fields.tm_mday, fields.tm_hour, fields.tm_min, fields.tm_sec);

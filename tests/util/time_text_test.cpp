@@ -35,7 +35,7 @@ void ExpectRead(const std::string& text, const DateText& expected) {
 
 // The clock as text in a zone that far east of Greenwich.
 std::string ClockText(long secondsEast) {
-    const std::time_t there = std::time(nullptr) + secondsEast;
+    const std::time_t there = Now() + secondsEast;
     const std::tm fields = UtcTime(there);
     char text[32];
     std::strftime(text, sizeof text, "%Y-%m-%d %H%M%S", &fields);
