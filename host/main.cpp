@@ -4,6 +4,8 @@
 #include <iostream>
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
 #include "host/program.h"
 #include "host/settings/configuration.h"
 #include "host/settings/environment.h"
@@ -25,9 +27,10 @@ void Describe(CLI::App& app) {
 }
 
 int Run(std::vector<std::string> arguments) {
-    host::Program program;
-    Describe(program.app);
-    host::AddSettings(program.app, program.settings);
+    CLI::App app;
+    Describe(app);
+    host::Program program{app};
+    host::AddSettings(app, program.settings);
     host::AddRecordCommand(program);
     host::AddSaveCommand(program);
     host::AddListCommand(program);
@@ -54,9 +57,9 @@ int Run(std::vector<std::string> arguments) {
     host::AddDescriptions(program);
     std::reverse(arguments.begin(), arguments.end());  // they are taken from the back
     try {
-        program.app.parse(std::move(arguments));
+        app.parse(std::move(arguments));
     } catch (const CLI::ParseError& question) {  // also asked for help or version: then the code is 0
-        return program.app.exit(question) == 0 ? host::kDone : host::kWrongUsage;
+        return app.exit(question) == 0 ? host::kDone : host::kWrongUsage;
     }
     return program.exitCode;
 }

@@ -4,8 +4,7 @@
 
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "host/settings/cli_names.h"
 #include "host/settings/host_settings.h"
 
 namespace host {
@@ -13,10 +12,14 @@ namespace host {
 constexpr int kDone = 0, kFailed = 1, kWrongUsage = 2;
 
 struct Program {
-    CLI::App app;
-    HostSettings settings;
+    CLI::App& app;
+    HostSettings settings = {};
     int exitCode = kDone;
 };
+
+// A command of that name; its help begins with `help`. Commands are made here alone: whoever makes one needs
+// all headers of the argument library, which takes seconds to read.
+CLI::App& AddCommand(Program& program, const std::string& name, const std::string& help);
 
 // "qtrace COMMAND: MESSAGE" on standard error, behind what was printed so far. Whatever the message quotes, it
 // does not steer the terminal. Returns kFailed.

@@ -4,6 +4,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/recording/device_health.h"
 #include "host/text/display_width.h"
@@ -91,7 +93,7 @@ int Check(bool asJson, const HostSettings& settings) {
 
 void AddCheckCommand(Program& program) {
     auto asJson = std::make_shared<bool>(false);
-    CLI::App& command = *program.app.add_subcommand("check", "Check every stored track and the recording");
+    CLI::App& command = AddCommand(program, "check", "Check every stored track and the recording");
     command.add_flag("--json", *asJson, "Say it as JSON");
     command.footer("The exit code is 1 when anything is wrong. A recorder that runs is not disturbed.");
     command.callback([asJson, &program] { program.exitCode = Check(*asJson, program.settings); });

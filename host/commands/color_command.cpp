@@ -2,6 +2,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/tracks/foreign_content.h"
 #include "host/tracks/named_tracks.h"
@@ -31,7 +33,7 @@ int SetColor(const Arguments& arguments, const HostSettings& settings) {
 
 void AddColorCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("color", "Give a track another color");
+    CLI::App& command = AddCommand(program, "color", "Give a track another color");
     command.add_option("NAME", arguments->name, "The track")->type_name("")->required();
     command.add_option("RRGGBB", arguments->color, "Red, green and blue, as in ff8000")
         ->type_name("")

@@ -5,6 +5,8 @@
 #include <memory>
 #include <system_error>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/settings/configuration.h"
 #include "host/settings/configuration_text.h"
@@ -106,7 +108,7 @@ int Config(const Arguments& arguments, bool hasValue, CLI::App& app) {
 
 void AddConfigCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("config", "Print the settings, or change one for good");
+    CLI::App& command = AddCommand(program, "config", "Print the settings, or change one for good");
     auto* key = command.add_option("KEY", arguments->key, "One setting, such as record.mode")->type_name("");
     auto* value = command.add_option("VALUE", arguments->value, "What it is from now on")->type_name("");
     auto* unset = command.add_flag("--unset", arguments->unset, "Back to the default");

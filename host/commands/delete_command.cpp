@@ -3,6 +3,8 @@
 #include <memory>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/confirm.h"
 #include "host/text/text.h"
@@ -47,7 +49,7 @@ int Delete(const Arguments& arguments, const HostSettings& settings) {
 
 void AddDeleteCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("delete", "Delete tracks and their files");
+    CLI::App& command = AddCommand(program, "delete", "Delete tracks and their files");
     command.add_option("NAME", arguments->names, "The tracks")->type_name("")->required();
     command.add_flag("--yes,-y", arguments->yes, "Do not ask");
     command.callback([arguments, &program] { program.exitCode = Delete(*arguments, program.settings); });

@@ -5,6 +5,8 @@
 #include <memory>
 #include <optional>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/choice.h"
 #include "host/text/extension.h"
@@ -79,7 +81,7 @@ void CheckWords(const Arguments& arguments) {
 void AddExportCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App& command =
-        *program.app.add_subcommand("export", "Write tracks as GPX, GeoJSON, KML or CSV for other programs");
+        AddCommand(program, "export", "Write tracks as GPX, GeoJSON, KML or CSV for other programs");
     command.add_option("NAME", arguments->words, "Names of tracks, then the file; - is standard output")
         ->type_name("NAME... FILE")
         ->required()

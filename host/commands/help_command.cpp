@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/settings/command_line.h"
 #include "host/settings/completion.h"
@@ -36,14 +38,14 @@ void PrintTrackNames(const HostSettings& settings) {
 }
 
 void AddHidden(Program& program, const char* name, const std::function<void()>& print) {
-    program.app.add_subcommand(name)->group("")->callback(print);
+    AddCommand(program, name, "").group("")->callback(print);
 }
 
 }  // namespace
 
 void AddHelpCommand(Program& program) {
     auto names = std::make_shared<std::vector<std::string>>();
-    CLI::App& command = *program.app.add_subcommand("help", "Show the help of a command");
+    CLI::App& command = AddCommand(program, "help", "Show the help of a command");
     command.add_option("COMMAND", *names, "Without one: what commands there are")
         ->type_name("")
         ->configurable(false);

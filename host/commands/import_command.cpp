@@ -5,6 +5,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/text.h"
 #include "host/text/utf8_path.h"
@@ -114,7 +116,7 @@ int Import(const Arguments& arguments, const HostSettings& settings) {
 
 void AddImportCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("import", "Take tracks out of GPX files into the library");
+    CLI::App& command = AddCommand(program, "import", "Take tracks out of GPX files into the library");
     command.add_option("FILE", arguments->files, "GPX files, which stay as they are; - is standard input")
         ->type_name("FILE...")
         ->required()

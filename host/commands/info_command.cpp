@@ -4,6 +4,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/display_width.h"
 #include "host/text/json.h"
@@ -117,8 +119,7 @@ int LibraryInfo(const Arguments& arguments, const Library& library, const HostSe
 
 void AddInfoCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command =
-        *program.app.add_subcommand("info", "Tell what there is to know of a track, or of all of them");
+    CLI::App& command = AddCommand(program, "info", "Tell what there is to know of a track, or of all of them");
     command.add_option("NAME", arguments->name, "The track; without it, the library as a whole")->type_name("");
     command.add_flag("--json", arguments->json, "As JSON");
     command.callback([arguments, &program] {

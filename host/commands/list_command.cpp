@@ -5,6 +5,8 @@
 #include <map>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/choice.h"
 #include "host/text/display_width.h"
@@ -110,7 +112,7 @@ int List(const Arguments& arguments, const HostSettings& settings) {
 
 void AddListCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("list", "List the saved tracks");
+    CLI::App& command = AddCommand(program, "list", "List the saved tracks");
     command.add_flag("--json", arguments->json, "As JSON");
     AddChoice(command, "--sort", arguments->order, kOrders, "saved|name|date|length",
               "Newest saved first, by name, newest start first, or longest first");

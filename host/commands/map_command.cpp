@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/page/drawn_track.h"
 #include "host/page/map_options.h"
 #include "host/page/map_svg.h"
@@ -94,7 +96,7 @@ std::string FormatOf(const std::string& output) {
 
 void AddMapCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("map", "Draw saved tracks as a page or a picture");
+    CLI::App& command = AddCommand(program, "map", "Draw saved tracks as a page or a picture");
     command.footer(
         "The page holds everything it needs and works without a network. Without a NAME all tracks that are\n"
         "shown are drawn.");

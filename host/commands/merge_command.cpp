@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/text.h"
 #include "host/text/utf8_path.h"
@@ -105,7 +107,7 @@ int Merge(const Arguments& arguments, const HostSettings& settings) {
 void AddMergeCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App& command =
-        *program.app.add_subcommand("merge", "Put tracks one behind the other, in time order, as a new one");
+        AddCommand(program, "merge", "Put tracks one behind the other, in time order, as a new one");
     command.add_option("NAME", arguments->names, "The tracks; the first gives the color")
         ->type_name("")
         ->required()

@@ -3,6 +3,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/iso_time.h"
 #include "host/text/json.h"
@@ -115,7 +117,7 @@ int PrintPoints(const Arguments& arguments, const HostSettings& settings) {
 
 void AddPointsCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("points", "Print the points of a track");
+    CLI::App& command = AddCommand(program, "points", "Print the points of a track");
     command.add_option("NAME", arguments->name, "The track")->type_name("")->required();
     command.add_flag("--key", arguments->key,
                      "Only where the way starts, stops and turns, and some in between");

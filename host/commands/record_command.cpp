@@ -6,6 +6,8 @@
 #include <memory>
 #include <variant>
 
+#include <CLI/App.hpp>
+
 #include "host/page/recording_page.h"
 #include "host/program.h"
 #include "host/recording/record_fixes.h"
@@ -209,7 +211,7 @@ constexpr const char* kFooter =
 void AddRecordCommand(Program& program) {
     auto arguments = std::make_shared<RecordArguments>();
     CLI::App& command =
-        *program.app.add_subcommand("record", "Record the fixes of a receiver, the GPS daemon or a file");
+        AddCommand(program, "record", "Record the fixes of a receiver, the GPS daemon or a file");
     command.footer(kFooter);
     AddRecordOptions(command, *arguments, program.settings.record);
     command.callback([arguments, &program] { program.exitCode = Record(*arguments, program.settings); });

@@ -3,6 +3,8 @@
 #include <memory>
 #include <system_error>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/display_width.h"
 #include "host/text/text.h"
@@ -70,7 +72,7 @@ int Rename(const Arguments& arguments, const HostSettings& settings) {
 
 void AddRenameCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("rename", "Give a track and its file another name");
+    CLI::App& command = AddCommand(program, "rename", "Give a track and its file another name");
     command.add_option("OLD", arguments->from, "The track")->type_name("")->required();
     command.add_option("NEW", arguments->to, "Its new name, of 32 bytes at most")->type_name("")->required();
     command.add_flag("--force", arguments->force, kForceHelp);

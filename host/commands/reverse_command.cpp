@@ -3,6 +3,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/text.h"
 #include "host/text/utf8_path.h"
@@ -66,7 +68,7 @@ int Reverse(const Arguments& arguments, const HostSettings& settings) {
 
 void AddReverseCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("reverse", "Turn the order of a track's points round");
+    CLI::App& command = AddCommand(program, "reverse", "Turn the order of a track's points round");
     command.add_option("NAME", arguments->name, "The track")->type_name("")->required();
     command.add_option("--as", arguments->as, "Leave the track as it is and make a new one of this name")
         ->type_name("NEW");

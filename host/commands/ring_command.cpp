@@ -3,6 +3,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/recording/recording_view.h"
 #include "host/settings/host_settings.h"
@@ -183,7 +185,7 @@ int Show(const Arguments& arguments, const HostSettings& settings) {
 
 void AddRingCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("ring", "Look into the files of the live recording");
+    CLI::App& command = AddCommand(program, "ring", "Look into the files of the live recording");
     command.add_flag("--records", arguments->withRecords, "Each record in the order of the track");
     command.add_flag("--json", arguments->asJson, "Say it as JSON");
     command.footer("Nothing is changed; a recorder that runs is not disturbed.");

@@ -5,6 +5,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/recording/ring_image.h"
 #include "host/recording/salvage.h"
@@ -88,7 +90,7 @@ int Salvage(const Arguments& arguments) {
 void AddSalvageCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
     CLI::App& command =
-        *program.app.add_subcommand("salvage", "Take what is left of a damaged recording to a GPX file");
+        AddCommand(program, "salvage", "Take what is left of a damaged recording to a GPX file");
     command.add_option("FILE", arguments->files, "Log.dat, its backup TmpTk.bk, or what else may hold records")
         ->type_name("FILE...")
         ->required()

@@ -2,6 +2,8 @@
 #include <filesystem>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/recording/recorder_lock.h"
 #include "host/recording/recording_files.h"
@@ -49,7 +51,7 @@ int Save(const Arguments& arguments, const HostSettings& settings) {
 
 void AddSaveCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("save", "Save the recording as a track");
+    CLI::App& command = AddCommand(program, "save", "Save the recording as a track");
     command.footer(
         "The track is read back before anything is said. The recording stays, unless --clear, until the next "
         "one begins.");

@@ -2,6 +2,8 @@
 #include <iostream>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/page/live_feed.h"
 #include "host/page/map_options.h"
 #include "host/page/page_server.h"
@@ -37,7 +39,7 @@ int Serve(const Arguments& arguments, const HostSettings& settings) {
 
 void AddServeCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("serve", "Show the saved tracks as a live page");
+    CLI::App& command = AddCommand(program, "serve", "Show the saved tracks as a live page");
     command.footer(
         "The page is for the programs of this machine: it is served on 127.0.0.1 alone, it only reads, and\n"
         "it answers no page from elsewhere.");

@@ -4,6 +4,8 @@
 #include <map>
 #include <memory>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/simulation/simulated_road.h"
 #include "host/text/choice.h"
@@ -111,7 +113,7 @@ void AddOptions(CLI::App& command, Arguments& arguments) {
 
 void AddSimulateCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand("simulate", "Write a trip that never was, as NMEA 0183");
+    CLI::App& command = AddCommand(program, "simulate", "Write a trip that never was, as NMEA 0183");
     AddOptions(command, *arguments);
     command.footer("Try it: qtrace simulate | qtrace record -");
     command.callback([arguments, &program] { program.exitCode = Simulate(*arguments); });

@@ -3,6 +3,8 @@
 #include <memory>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/text/duration.h"
 #include "host/text/text.h"
@@ -77,8 +79,7 @@ int Split(const Arguments& arguments, const CutAt& where, const HostSettings& se
 
 void AddSplitCommand(Program& program) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command =
-        *program.app.add_subcommand("split", "Make new tracks of the pieces of one; it stays as it is");
+    CLI::App& command = AddCommand(program, "split", "Make new tracks of the pieces of one; it stays as it is");
     command.add_option("NAME", arguments->name, "The track")->type_name("")->required();
     auto* gap = command.add_option("--gap", arguments->gap, "Cut where so much time passes between two points")
                     ->type_name("SECONDS|5m|1h30m")

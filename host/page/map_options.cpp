@@ -1,5 +1,7 @@
 #include "host/page/map_options.h"
 
+#include <CLI/App.hpp>
+
 namespace host {
 
 void AddMapOptions(CLI::App& command, MapOptions& options) {

@@ -4,9 +4,8 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "host/page/web_page.h"
+#include "host/settings/cli_names.h"
 
 namespace host {
 

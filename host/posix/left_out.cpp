@@ -1,5 +1,7 @@
 #include "host/recording/left_out.h"
 
+#include <CLI/App.hpp>
+
 namespace host {
 
 // Nothing is left out.

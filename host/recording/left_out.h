@@ -1,7 +1,7 @@
 // What this system's build of the program does without: host/posix/left_out.cpp, host/windows/left_out.cpp.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include "host/settings/cli_names.h"
 
 namespace host {
 

@@ -3,6 +3,8 @@
 #include <charconv>
 #include <map>
 
+#include <CLI/CLI.hpp>
+
 #include "host/page/page_server.h"
 #include "host/recording/left_out.h"
 #include "host/source/receivers.h"

@@ -4,8 +4,7 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "host/settings/cli_names.h"
 #include "host/settings/host_settings.h"
 #include "host/source/gate.h"
 

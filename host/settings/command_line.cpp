@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include <CLI/App.hpp>
+
 namespace host {
 
 std::vector<const CLI::App*> CommandsOf(const CLI::App& app) {

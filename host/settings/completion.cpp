@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/settings/command_line.h"
 
 namespace host {

@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include <CLI/CLI.hpp>
+#include "host/settings/cli_names.h"
 
 namespace host {
 

@@ -5,6 +5,8 @@
 #include <memory>
 #include <system_error>
 
+#include <CLI/CLI.hpp>
+
 #include "host/settings/configuration_text.h"
 #include "host/settings/device_folder.h"
 #include "host/settings/environment.h"

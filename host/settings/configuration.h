@@ -11,7 +11,9 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <CLI/ConfigFwd.hpp>
+
+#include "host/settings/cli_names.h"
 
 namespace host {
 

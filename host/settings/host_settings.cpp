@@ -5,6 +5,8 @@
 #include <charconv>
 #include <map>
 
+#include <CLI/App.hpp>
+
 #include "host/settings/device_path.h"
 #include "host/text/choice.h"
 #include "host/text/utf8_path.h"

@@ -5,8 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "host/settings/cli_names.h"
 #include "host/settings/device_folder.h"
 #include "qtrace.h"
 

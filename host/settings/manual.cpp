@@ -3,6 +3,8 @@
 #include <map>
 #include <string>
 
+#include <CLI/App.hpp>
+
 #include "host/settings/command_line.h"
 #include "host/settings/manual_text.h"
 #include "host/text/roff.h"

@@ -6,6 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/settings/command_line.h"
 #include "host/text/display_width.h"
 

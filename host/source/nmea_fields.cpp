@@ -1,5 +1,6 @@
 #include "host/source/nmea_fields.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>

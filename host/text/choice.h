@@ -5,7 +5,7 @@
 #include <map>
 #include <string>
 
-#include <CLI/CLI.hpp>
+#include <CLI/App.hpp>
 
 namespace host {
 

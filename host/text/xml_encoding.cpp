@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include <CLI/CLI.hpp>
+#include <CLI/StringTools.hpp>
 
 namespace host {
 namespace {

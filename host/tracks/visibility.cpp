@@ -4,6 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include <CLI/App.hpp>
+
 #include "host/text/text.h"
 #include "host/tracks/foreign_content.h"
 #include "host/tracks/named_tracks.h"
@@ -69,7 +71,7 @@ int ChangeAll(const Arguments& arguments, const HostSettings& settings, const st
 
 void AddVisibilityCommand(Program& program, const std::string& name, const std::string& help, bool visible) {
     auto arguments = std::make_shared<Arguments>();
-    CLI::App& command = *program.app.add_subcommand(name, help);
+    CLI::App& command = AddCommand(program, name, help);
     command.add_option("NAME", arguments->names, "The tracks")->type_name("")->required();
     command.add_flag("--force", arguments->force, kForceHelp);
     command.callback([arguments, name, visible, &program] {

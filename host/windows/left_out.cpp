@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include <CLI/App.hpp>
+
 #include "host/program.h"
 #include "host/source/receivers.h"
 
@@ -54,7 +56,7 @@ void LeaveOutOptions(CLI::App& record) {
 }
 
 void AddServeCommand(Program& program) {
-    CLI::App& command = *program.app.add_subcommand("serve", "Not part of qtrace for Windows");
+    CLI::App& command = AddCommand(program, "serve", "Not part of qtrace for Windows");
     command.fallthrough(false)->prefix_command()->group("");
     command.callback([] { throw CLI::ValidationError(std::string("serve") + kIsLeftOut); });
 }

@@ -2,6 +2,7 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
+#include <CLI/CLI.hpp>
 
 #include "host/settings/completion.h"
 #include "tests/host/recorder.h"
