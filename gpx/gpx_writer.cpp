@@ -1,4 +1,5 @@
 // A track as a GPX 1.0 document. The other direction: gpx_reader.cpp. How XML is printed: xml_printer.h.
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -22,10 +23,33 @@ double InSinglePrecision(double value) { return static_cast<double>(static_cast<
 bool IsPlusZero(float value) { return std::bit_cast<std::uint32_t>(value) == 0; }
 bool IsPlusZero(double value) { return std::bit_cast<std::uint64_t>(value) == 0; }
 
+// The text of a document until it is handed over, a piece at a time.
+class PieceOfText {
+ public:
+    static constexpr std::size_t kUsualSize = 1 << 18;  // small enough for the processor's caches
+
+    PieceOfText(std::string& text, const platform::TakePiece& take) : m_text(text), m_take(take) {
+        m_text = kByteOrderMark;
+    }
+
+    std::string& Text() { return m_text; }
+    // Whether any more is wanted.
+    bool HandOver() {
+        const bool isMoreWanted = m_take(m_text);
+        m_text.clear();
+        return isMoreWanted;
+    }
+    bool HandOverWhenLong() { return m_text.size() < kUsualSize || HandOver(); }
+
+ private:
+    std::string& m_text;
+    const platform::TakePiece& m_take;
+};
+
 class DocumentWriter {
  public:
     // `utf8` is scratch for one text.
-    DocumentWriter(std::string& document, char (&utf8)[513]) : m_xml(document), m_utf8(utf8) {}
+    DocumentWriter(PieceOfText& piece, char (&utf8)[513]) : m_piece(piece), m_xml(piece.Text()), m_utf8(utf8) {}
 
     void Write(const GpxMetadata& metadata, const GpxTrackInfo& track);
 
@@ -40,6 +64,7 @@ class DocumentWriter {
     void Measure(std::string_view name, double value);
     void Time(std::string_view name, std::int32_t seconds);
 
+    PieceOfText& m_piece;
     XmlPrinter m_xml;
     gpx::TimeWriter m_times;
     char (&m_utf8)[513];
@@ -106,7 +131,10 @@ void DocumentWriter::Extensions(const GpxTrackInfo& track) {
 
 void DocumentWriter::Segment(const GpxTrackInfo& track) {
     m_xml.Begin(gpx::kSegment);
-    for (const TckPt& point : *track.points) Point(point);
+    for (const TckPt& point : *track.points) {
+        Point(point);
+        if (!m_piece.HandOverWhenLong()) break;
+    }
     m_xml.End(gpx::kSegment);
 }
 
@@ -140,13 +168,18 @@ void DocumentWriter::Time(std::string_view name, std::int32_t seconds) {
 }  // namespace
 
 bool CGPXTransmit::ExportGpx(const std::wstring& path) {
-    constexpr std::size_t kHeaderRoom = 4096;
+    constexpr std::size_t kRoomBesidePoints = 4096;
     constexpr std::size_t kPointRoom = 130;  // a usual point takes 123 bytes; others only make the text grow
     try {
-        std::string document(kByteOrderMark);
-        document.reserve(kHeaderRoom + kPointRoom * m_pTrackInfo->points->size());
-        DocumentWriter(document, m_szUtf8).Write(m_metadata, *m_pTrackInfo);
-        document += '\n';  // the printer ends the document itself with one more line feed
+        std::string text;
+        text.reserve(kRoomBesidePoints +
+                     std::min(PieceOfText::kUsualSize, kPointRoom * m_pTrackInfo->points->size()));
+        const auto document = [&](const platform::TakePiece& take) {
+            PieceOfText piece(text, take);
+            DocumentWriter(piece, m_szUtf8).Write(m_metadata, *m_pTrackInfo);
+            text += '\n';  // the printer ends the document itself with one more line feed
+            piece.HandOver();
+        };
         // KEPT: a path that cannot be written is no failure; hosts take false for a lack of memory. Pinned by
         // GpxWriter.UnopenablePath_IsTrueAndLeavesNoFile.
         platform::ReplaceFileContent(gpx::PathInAnsi(path).c_str(), document);

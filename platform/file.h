@@ -11,6 +11,8 @@
 #include <optional>
 #include <string>
 
+#include "platform/content.h"
+
 namespace platform {
 
 // Opens a stream as the C library does, plus mode letter c: such a stream is committed to storage by every
@@ -49,13 +51,14 @@ bool MoveFileW(const wchar_t* from, const wchar_t* to);
 // path on this machine, which as a device path leads nowhere.
 unsigned GetModuleFileNameW(wchar_t* path, unsigned size);
 
-// Makes `bytes` the content of a file in one step: after a power cut the file holds the old content or the new,
+// Makes `content` that of a file in one step: after a power cut the file holds the old content or the new,
 // never half of one. A new file has the rights that fopen would give it, an existing one keeps its own, and its
 // owner where the process may set it; a link keeps leading to it. Only where the folder lets no file be made or
 // renamed is the file written directly. False when the content could not be written, and for read-only files:
 // then the old content is there (of a file written directly: unless the storage itself fails), and nothing
-// else.
-bool ReplaceFileContent(const wchar_t* path, const std::string& bytes);
+// else. So it is when the content throws. Only what is written directly is collected in memory.
+bool ReplaceFileContent(const wchar_t* path, const ContentInPieces& content);
+bool ReplaceFileContent(const wchar_t* path, const std::string& bytes);  // in one piece: platform/content.cpp
 
 // Tells a file from every other, and from itself as soon as something has been written to it.
 struct FileState {

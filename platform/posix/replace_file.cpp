@@ -56,10 +56,19 @@ void TakeOverTimes(const struct stat& existing, int descriptor) {
     std::ignore = ::futimens(descriptor, times);
 }
 
+bool WritePieces(int descriptor, const ContentInPieces& content) {
+    bool isWritten = true;
+    content([&](std::string_view piece) {
+        isWritten = isWritten && WriteAll(descriptor, piece);
+        return isWritten;
+    });
+    return isWritten;
+}
+
 // `keepsTimes`: those of the file that is replaced.
-bool Fill(Descriptor& file, const Target& target, const std::string& bytes, bool keepsTimes) {
+bool Fill(Descriptor& file, const Target& target, const ContentInPieces& content, bool keepsTimes) {
     if (target.existing) TakeOver(*target.existing, file.Get());
-    if (!WriteAll(file.Get(), bytes)) return false;
+    if (!WritePieces(file.Get(), content)) return false;
     if (target.existing && keepsTimes) TakeOverTimes(*target.existing, file.Get());
     return Commit(file.Get()) && file.Close();
 }
@@ -82,6 +91,8 @@ bool IsFolderClosed(int error) { return error == EACCES || error == EPERM || err
 
 enum class Exchanged { Yes, FolderClosed, No };
 
+Exchanged Refused(int error) { return IsFolderClosed(error) ? Exchanged::FolderClosed : Exchanged::No; }
+
 bool IsStill(const FileState& read, const std::string& path) {
     struct stat status;
     return ::stat(path.c_str(), &status) == 0 && StateIn(status) == read;
@@ -91,38 +102,56 @@ bool ChangePlaces(const std::string& a, const std::string& b) {
     return ::renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
 }
 
+// A file on its way to another's place; gone at the end unless it stays.
+class Draft {
+ public:
+    explicit Draft(const std::string& path) : m_path(path) {}
+    ~Draft() { Discard(); }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    const std::string& Path() const { return m_path; }
+    void Stay() { m_stays = true; }
+    void Discard() {
+        if (!m_stays) ::unlink(m_path.c_str());
+        m_stays = true;
+    }
+    bool RenameTo(const std::string& path) {
+        m_stays = ::rename(m_path.c_str(), path.c_str()) == 0;
+        return m_stays;
+    }
+
+ private:
+    const std::string& m_path;
+    bool m_stays = false;
+};
+
 // Somebody may come between a look and a rename, all the more as one commit of the storage may wake both. So
 // the files change places, and what was replaced is looked at once more: if it is not what was read, it goes
 // back. A file system that cannot do that has the look alone.
-bool PutInPlaceOf(const FileState& read, const std::string& beside, const std::string& path) {
+bool PutInPlaceOf(const FileState& read, Draft& draft, const std::string& path) {
     if (!IsStill(read, path)) return false;
-    if (!ChangePlaces(beside, path))
-        return (errno == EINVAL || errno == ENOSYS) && ::rename(beside.c_str(), path.c_str()) == 0;
-    if (!IsStill(read, beside)) {
-        ChangePlaces(beside, path);
-        return false;
+    if (!ChangePlaces(draft.Path(), path)) return (errno == EINVAL || errno == ENOSYS) && draft.RenameTo(path);
+    if (IsStill(read, draft.Path())) {
+        draft.Discard();
+        return true;
     }
-    ::unlink(beside.c_str());
-    return true;
-}
-
-bool PutInPlace(const std::string& beside, const std::string& path, const FileState* read) {
-    return read != nullptr ? PutInPlaceOf(*read, beside, path) : ::rename(beside.c_str(), path.c_str()) == 0;
+    if (!ChangePlaces(draft.Path(), path)) draft.Stay();  // somebody else's, and there is no other of it
+    return false;
 }
 
 // Whatever file is there, when none was `read`. Anything but Yes leaves it as it was.
-Exchanged Exchange(const Target& target, const std::string& bytes, const FileState* read) {
-    std::string besidePath;
-    Descriptor beside = MakeUniqueFile(target.folder, target.existing ? 0600 : 0666, besidePath);
-    if (!beside.IsOpen()) return IsFolderClosed(errno) ? Exchanged::FolderClosed : Exchanged::No;
-    const bool isFilled = Fill(beside, target, bytes, read != nullptr);
-    if (isFilled && PutInPlace(besidePath, target.path, read)) {
-        CommitFolder(target.folder);
-        return Exchanged::Yes;
-    }
-    const bool isFolderClosed = isFilled && IsFolderClosed(errno);
-    ::unlink(besidePath.c_str());
-    return isFolderClosed ? Exchanged::FolderClosed : Exchanged::No;
+Exchanged Exchange(const Target& target, const ContentInPieces& content, const FileState* read) {
+    std::string path;
+    Descriptor file = MakeUniqueFile(target.folder, target.existing ? 0600 : 0666, path);
+    if (!file.IsOpen()) return Refused(errno);
+    Draft draft(path);
+    if (!Fill(file, target, content, read != nullptr)) return Exchanged::No;
+    const bool isInPlace =
+        read == nullptr ? draft.RenameTo(target.path) : PutInPlaceOf(*read, draft, target.path);
+    if (!isInPlace) return Refused(errno);
+    CommitFolder(target.folder);
+    return Exchanged::Yes;
 }
 
 std::string TemporaryFolder() {
@@ -135,15 +164,15 @@ std::string TemporaryFolder() {
 bool ExchangeFileContent(const wchar_t* path, const FileState& read, const std::string& bytes) {
     const auto target = FindTarget(path);
     const bool isStillThere = target && target->existing && StateIn(*target->existing) == read;
-    return isStillThere && Exchange(*target, bytes, &read) == Exchanged::Yes;
+    return isStillThere && Exchange(*target, InOnePiece(bytes), &read) == Exchanged::Yes;
 }
 
-bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
+bool ReplaceFileContent(const wchar_t* path, const ContentInPieces& content) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    const Exchanged exchanged = Exchange(*target, bytes, nullptr);
+    const Exchanged exchanged = Exchange(*target, content, nullptr);
     return exchanged == Exchanged::Yes ||
-           (exchanged == Exchanged::FolderClosed && WriteDirectly(*target, bytes));
+           (exchanged == Exchanged::FolderClosed && WriteDirectly(*target, Whole(content)));
 }
 
 std::FILE* CreateTemporaryFile(std::string& path) {

@@ -29,14 +29,43 @@ DWORD LastError() {
     return error == ERROR_SUCCESS ? ERROR_WRITE_FAULT : error;
 }
 
-DWORD Fill(HANDLE made, const std::string& bytes, const Found* existing, WriteTime time) {
+// The error of the write that failed, which what the content does afterwards would hide.
+DWORD WritePieces(HANDLE file, const ContentInPieces& content) {
+    DWORD error = ERROR_SUCCESS;
+    content([&](std::string_view piece) {
+        if (error == ERROR_SUCCESS && !WriteAll(file, piece)) error = LastError();
+        return error == ERROR_SUCCESS;
+    });
+    return error;
+}
+
+// Closes the file.
+DWORD Fill(HANDLE made, const ContentInPieces& content, const Found* existing, WriteTime time) {
     const FileHandle file(made);
-    if (!file.IsOpen() || !WriteAll(file.Get(), bytes)) return LastError();
+    const DWORD error = WritePieces(file.Get(), content);
+    if (error != ERROR_SUCCESS) return error;
     if (existing != nullptr)
         ::SetFileTime(file.Get(), &existing->creationTime, nullptr,
                       time == WriteTime::Kept ? &existing->lastWriteTime : nullptr);
     return ::FlushFileBuffers(file.Get()) ? ERROR_SUCCESS : LastError();
 }
+
+// Discards a file unless it is to stay.
+class Draft {
+ public:
+    explicit Draft(const std::wstring& path) : m_path(path) {}
+    ~Draft() {
+        if (!m_stays) Discard(m_path);
+    }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    void Stay() { m_stays = true; }
+
+ private:
+    const std::wstring& m_path;
+    bool m_stays = false;
+};
 
 constexpr SECURITY_INFORMATION kOwner = OWNER_SECURITY_INFORMATION | GROUP_SECURITY_INFORMATION;
 
@@ -69,28 +98,28 @@ bool IsStill(const FileState& read, const std::wstring& path) {
 
 }  // namespace
 
-DWORD WriteBeside(const std::wstring& path, const std::string& bytes, const Found* existing, WriteTime time,
-                  std::wstring& beside) {
+DWORD WriteBeside(const std::wstring& path, const ContentInPieces& content, const Found* existing,
+                  WriteTime time, std::wstring& beside) {
     const DWORD kept = existing == nullptr ? 0 : existing->attributes & kKeptAttributes;
     const HANDLE made = MakeBeside(path, kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept, beside);
-    const DWORD error = Fill(made, bytes, existing, time);
-    if (made != INVALID_HANDLE_VALUE && error != ERROR_SUCCESS) Discard(beside);
+    if (made == INVALID_HANDLE_VALUE) return LastError();
+    Draft draft(beside);
+    const DWORD error = Fill(made, content, existing, time);
+    if (error == ERROR_SUCCESS) draft.Stay();
     return error;
 }
 
 // The one call of the system that replaces a file without taking it out of the way first. The rights come
 // after it: they could take away from this process what it needs to rename the file, or to discard it.
 DWORD PutInPlace(const std::wstring& beside, const std::wstring& path, const FileState* read) {
+    Draft draft(beside);
     const auto rights = RightsOf(path);
     const bool isDone = Persist([&] {
         return (read == nullptr || IsStill(*read, path)) &&
                ::MoveFileExW(beside.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
     });
-    if (!isDone) {
-        const DWORD error = LastError();
-        Discard(beside);
-        return error;
-    }
+    if (!isDone) return LastError();
+    draft.Stay();
     Give(rights, path);
     Commit(path);
     return ERROR_SUCCESS;

@@ -7,6 +7,7 @@
 
 #include <string>
 
+#include "platform/content.h"
 #include "platform/windows/host_path.h"
 
 namespace platform {
@@ -15,9 +16,9 @@ enum class WriteTime { Now, Kept };
 
 // Makes a file of a name of its own in the folder of `path`; it is on storage when this returns. It is as old
 // as the `existing` one, hidden like it, and perhaps as written at that one's time; null: there is none. Its
-// path goes to `beside`. An error of the system; then there is no such file.
-DWORD WriteBeside(const std::wstring& path, const std::string& bytes, const Found* existing, WriteTime time,
-                  std::wstring& beside);
+// path goes to `beside`. An error of the system; then, and when the content throws, there is no such file.
+DWORD WriteBeside(const std::wstring& path, const ContentInPieces& content, const Found* existing,
+                  WriteTime time, std::wstring& beside);
 
 // Gives the file beside the name of `path`, in one step, and the rights of the file that it replaces, as far as
 // the process may give them. When that is not the one that was `read` it stays; null: whatever is there. An

@@ -41,9 +41,9 @@ std::optional<Target> FindTarget(const wchar_t* path) {
 enum class Exchanged { Yes, FolderClosed, No };
 
 // Whatever file is there, when none was `read`. Anything but Yes leaves it as it was.
-Exchanged Exchange(const Target& target, const std::string& bytes, const FileState* read) {
+Exchanged Exchange(const Target& target, const ContentInPieces& content, const FileState* read) {
     std::wstring beside;
-    DWORD error = WriteBeside(target.path, bytes, target.existing ? &*target.existing : nullptr,
+    DWORD error = WriteBeside(target.path, content, target.existing ? &*target.existing : nullptr,
                               read == nullptr ? WriteTime::Now : WriteTime::Kept, beside);
     if (error == ERROR_SUCCESS) error = PutInPlace(beside, target.path, read);
     if (error == ERROR_SUCCESS) return Exchanged::Yes;
@@ -55,15 +55,15 @@ Exchanged Exchange(const Target& target, const std::string& bytes, const FileSta
 bool ExchangeFileContent(const wchar_t* path, const FileState& read, const std::string& bytes) {
     const auto target = FindTarget(path);
     if (!target || !target->existing || target->existing->state != read) return false;
-    return Exchange(*target, bytes, &read) == Exchanged::Yes;
+    return Exchange(*target, InOnePiece(bytes), &read) == Exchanged::Yes;
 }
 
-bool ReplaceFileContent(const wchar_t* path, const std::string& bytes) {
+bool ReplaceFileContent(const wchar_t* path, const ContentInPieces& content) {
     const auto target = FindTarget(path);
     if (!target) return false;
-    const Exchanged exchanged = Exchange(*target, bytes, nullptr);
+    const Exchanged exchanged = Exchange(*target, content, nullptr);
     return exchanged == Exchanged::Yes ||
-           (exchanged == Exchanged::FolderClosed && WriteOver(target->path, bytes));
+           (exchanged == Exchanged::FolderClosed && WriteOver(target->path, Whole(content)));
 }
 
 std::FILE* CreateTemporaryFile(std::string& path) {

@@ -156,7 +156,8 @@ class GpxWriterReference : public GpxTest {
     }
     std::int32_t AnyInteger() { return m_random() % 4 == 0 ? 0 : static_cast<std::int32_t>(m_random()); }
 
-    void FillWithAnything() {
+    void FillWithAnything() { FillWithAnything(m_random() % 8); }
+    void FillWithAnything(std::size_t points) {
         for (auto* field : {&m_metadata.name, &m_metadata.desc, &m_metadata.author, &m_metadata.email,
                             &m_metadata.url, &m_metadata.urlname, &m_metadata.time, &m_metadata.keywords})
             PutAnyText(*field, 64);
@@ -170,7 +171,7 @@ class GpxWriterReference : public GpxTest {
         m_info.area = AnyReal();
         m_info.startTime = AnyInteger();
         m_info.endTime = AnyInteger();
-        m_points.resize(m_random() % 8);
+        m_points.resize(points);
         for (TckPt& point : m_points) {
             point = AnyBytes(m_random);
             point.dLatitude = AnyReal();
@@ -188,6 +189,15 @@ TEST_F(GpxWriterReference, AnyTrack_IsWrittenAsTheTreeIsPrinted) {
         FillWithAnything();
         ASSERT_EQ(Exported(), ReferenceWriter().Document(m_metadata, m_info)) << "track " << i;
     }
+}
+
+// So long that it goes to the file in several pieces.
+TEST_F(GpxWriterReference, LongTrack_IsWrittenAsTheTreeIsPrinted) {
+    FillWithAnything(10000 + m_random() % 1000);
+    const std::string document = Exported();
+    EXPECT_GT(document.size(), std::size_t{1} << 20);
+    EXPECT_TRUE(document ==
+                ReferenceWriter().Document(m_metadata, m_info));  // not shown where it differs: it is long
 }
 
 TEST_F(GpxWriterReference, InEveryCodePage_TextIsWrittenAsTheTreeIsPrinted) {

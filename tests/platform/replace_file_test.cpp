@@ -1,4 +1,6 @@
 // Exchanging a file's content in one step, and temporary files.
+#include <new>
+
 #include <gtest/gtest.h>
 
 #include "tests/platform/replace_file_fixture.h"
@@ -14,6 +16,29 @@ TEST_F(ReplacingContent, EmptyAndLargeContent_AreWrittenWhole) {
     EXPECT_EQ(BytesOf("\\a.gpx"), large);
     EXPECT_TRUE(ReplaceFileContent(L"\\a.gpx", ""));
     EXPECT_EQ(BytesOf("\\a.gpx"), "");
+}
+
+TEST_F(ReplacingContent, Pieces_AreWrittenOneBehindTheOther) {
+    const std::string large(1000000, 'x');
+    EXPECT_TRUE(ReplaceFileContent(L"\\a.gpx", [&](const platform::TakePiece& take) {
+        for (const std::string& piece : {std::string("one "), std::string(), large, std::string("\0two", 4)})
+            EXPECT_TRUE(take(piece));
+    }));
+    EXPECT_EQ(BytesOf("\\a.gpx"), "one " + large + std::string("\0two", 4));
+    EXPECT_TRUE(ReplaceFileContent(L"\\a.gpx", [](const platform::TakePiece&) {}));
+    EXPECT_EQ(BytesOf("\\a.gpx"), "");
+}
+
+TEST_F(ReplacingContent, ContentThatThrows_LeavesTheOldContentAndNothingElse) {
+    Write("\\Track\\a.gpx", "old");
+    const auto breaksOff = [](const platform::TakePiece& take) {
+        take("new");
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(ReplaceFileContent(L"\\Track\\a.gpx", breaksOff), std::bad_alloc);
+    EXPECT_THROW(ReplaceFileContent(L"\\Track\\new.gpx", breaksOff), std::bad_alloc);
+    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
+    EXPECT_EQ(FileCount("\\Track"), 1);
 }
 
 TEST_F(ReplacingContent, WhatIsNoFile_IsRefused) {

@@ -171,7 +171,7 @@ void Everything(Session& session) {
     session.Rename("today");
     session.RemoveASlice();
     session.Append(3);
-    session.SaveTrack("one", 20);
+    session.SaveTrack("one", 5000);  // in several pieces
     session.ChangeTrack("two");
     session.Close();
 }

@@ -10,7 +10,7 @@
 
 #include "tests/platform/replace_file_fixture.h"
 #include "tests/support/machine.h"
-#include "tests/support/posix/ordinary_user.h"
+#include "tests/support/posix/closed_folder.h"
 
 namespace fs = std::filesystem;
 using platform::ReplaceFileContent;
@@ -41,22 +41,6 @@ mode_t RightsOf(const fs::path& file) {
     stat(file.c_str(), &status);
     return status.st_mode & 07777;
 }
-
-// A file in \dir that an ordinary user may write, but not exchange: the folder is closed to him.
-class ClosedFolder {
- public:
-    ClosedFolder(const fs::path& root, const fs::path& file) : m_folder(file.parent_path()) {
-        if (geteuid() == 0) {
-            EXPECT_EQ(chown(file.c_str(), AsOrdinaryUser::kNobody, AsOrdinaryUser::kNobody), 0);
-            EXPECT_EQ(chmod(root.c_str(), 0755), 0);
-        }
-        EXPECT_EQ(chmod(m_folder.c_str(), 0555), 0);
-    }
-    ~ClosedFolder() { chmod(m_folder.c_str(), 0755); }
-
- private:
-    fs::path m_folder;
-};
 
 }  // namespace
 
@@ -105,6 +89,19 @@ TEST_F(ReplacingContent, StorageThatIsFull_LeavesTheOldContentAndNothingElse) {
     EXPECT_EQ(FileCount("\\Track"), 1);
 }
 
+TEST_F(ReplacingContent, PieceWithoutRoom_IsTheLastThatIsWanted) {
+    Write("\\Track\\a.gpx", "old");
+    const SmallStorage small(1000);
+    int wanted = 0;
+    EXPECT_FALSE(ReplaceFileContent(L"\\Track\\a.gpx", [&](const platform::TakePiece& take) {
+        while (take(std::string(400, 'x'))) ++wanted;
+        EXPECT_FALSE(take(""));
+    }));
+    EXPECT_EQ(wanted, 2);
+    EXPECT_EQ(BytesOf("\\Track\\a.gpx"), "old");
+    EXPECT_EQ(FileCount("\\Track"), 1);
+}
+
 TEST_F(ReplacingContent, FolderThatTakesNoNewFile_IsWrittenDirectly) {
     Write("\\dir\\a.gpx", "the old content");
     const ClosedFolder closed(m_root.Path(), OnDisk("\\dir\\a.gpx"));
@@ -113,6 +110,11 @@ TEST_F(ReplacingContent, FolderThatTakesNoNewFile_IsWrittenDirectly) {
     EXPECT_EQ(BytesOf("\\dir\\a.gpx"), "new");
     EXPECT_TRUE(ReplaceFileContent(L"\\dir\\a.gpx", "a content that is longer than any before"));
     EXPECT_EQ(BytesOf("\\dir\\a.gpx"), "a content that is longer than any before");
+    EXPECT_TRUE(ReplaceFileContent(L"\\dir\\a.gpx", [](const platform::TakePiece& take) {
+        take("in ");
+        take("pieces");
+    }));
+    EXPECT_EQ(BytesOf("\\dir\\a.gpx"), "in pieces");
     EXPECT_FALSE(ReplaceFileContent(L"\\dir\\new.gpx", "new"));
     EXPECT_EQ(FileCount("\\dir"), 1);
 }
