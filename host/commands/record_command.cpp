@@ -121,7 +121,6 @@ std::variant<Page, std::string> OpenPage(const RecordArguments& arguments, const
     auto page = std::make_unique<RecordingPage>(settings);
     if (const auto problem = page->Start(*port)) return *problem;
     Tell("the recording is shown at " + page->Url());
-    page->ShowRecording();
     return page;
 }
 

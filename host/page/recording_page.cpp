@@ -8,7 +8,11 @@ RecordingPage::RecordingPage(const HostSettings& settings)
     : m_index(settings),
       m_server(m_index, m_feed, {"Tracks", true, std::nullopt}, ColorText(ColorValue(settings.color))) {}
 
-std::optional<std::string> RecordingPage::Start(int port) { return m_server.Start(port); }
+// Who asks while the recording is not shown is told of a library, and hears no whole track any more.
+std::optional<std::string> RecordingPage::Start(int port) {
+    ShowRecording();
+    return m_server.Start(port);
+}
 
 void RecordingPage::ShowRecording() {
     CTrackEx& recording = *CTrackMan::Instance()->GetLogTrack();

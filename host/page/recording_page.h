@@ -19,16 +19,17 @@ class RecordingPage {
  public:
     explicit RecordingPage(const HostSettings& settings);
 
-    // Serves on 127.0.0.1, on any free port for 0. Otherwise says why not.
+    // Serves what the recording holds already, and then its news, on 127.0.0.1, on any free port for 0.
+    // Otherwise says why not.
     std::optional<std::string> Start(int port);
     std::string Url() const { return m_server.Url(); }
 
-    // What the recording holds already is shown first.
-    void ShowRecording();
     LiveRecording::Observer Observer();
     void RecordingEnded() { m_feed.SetState(RecorderState::Ended); }
 
  private:
+    void ShowRecording();
+
     TrackIndex m_index;
     LiveFeed m_feed;
     PageServer m_server;

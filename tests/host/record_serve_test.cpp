@@ -29,7 +29,9 @@ TEST_F(RecordServe, Points_ArriveWhileTheRecordingGoesOn) {
     const int port = Port();
     ASSERT_GT(port, 0) << ReadFile(Output());
     OpenConnection early(port, Get(port, "/events"));
-    EXPECT_NE(early.ReadUntil(Has("event: track")).find("\"state\":\"recording\""), std::string::npos);
+    const std::string first = early.ReadUntil(Has("event: track"));
+    EXPECT_TRUE(Has("event: track")(first)) << first;
+    EXPECT_TRUE(Has("\"state\":\"recording\"")(first)) << first;
     for (std::size_t part = 0; part < 3; ++part) {
         ASSERT_TRUE(recorder.Write(Piece(20'000 * part, 20'000)));
         const long expected =
@@ -39,7 +41,9 @@ TEST_F(RecordServe, Points_ArriveWhileTheRecordingGoesOn) {
         EXPECT_GE(LastNumber(told, "point_count"), expected);
     }
     OpenConnection late(port, Get(port, "/events"));
-    EXPECT_GT(LastNumber(late.ReadUntil(Has("event: track")), "point_count"), 100);
+    const std::string whole = late.ReadUntil(Has("event: track"));
+    EXPECT_TRUE(Has("event: track")(whole)) << whole;
+    EXPECT_GT(LastNumber(whole, "point_count"), 100);
 }
 
 TEST_F(RecordServe, EndOfInput_SavesAndThePageStaysUntilASignal) {
@@ -103,7 +107,9 @@ TEST_F(RecordServe, Recording_ThatIsThereAlready_IsShown) {
     const int port = Port();
     ASSERT_GT(port, 0) << ReadFile(Output());
     OpenConnection events(port, Get(port, "/events"));
-    EXPECT_EQ(LastNumber(events.ReadUntil(Has("event: track")), "point_count"),
+    const std::string told = events.ReadUntil(Has("event: track"));
+    EXPECT_TRUE(Has("event: track")(told)) << told;
+    EXPECT_EQ(LastNumber(told, "point_count"),
               static_cast<long>(PointsEachSecond(FixesIn(Piece(0, 60'000))).size()));
 }
 
