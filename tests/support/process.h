@@ -12,10 +12,12 @@
 
 struct ProcessOptions {
     std::map<std::string, std::string> environment;  // on top of the test's own
-    bool asNobody = false;                           // without root's rights, where the test runs with them
-    long fileSizeLimit = -1;                         // [bytes] no file grows beyond it; -1: no limit
-    bool onTerminal = false;                         // standard error is a terminal
-    unsigned short terminalColumns = 0;              // its width; 0: it does not tell
+    // Without root's rights, where the test runs with them. Where nobody else may enter the program's folder,
+    // the test is skipped.
+    bool asNobody = false;
+    long fileSizeLimit = -1;             // [bytes] no file grows beyond it; -1: no limit
+    bool onTerminal = false;             // standard error is a terminal
+    unsigned short terminalColumns = 0;  // its width; 0: it does not tell
 };
 
 struct ProcessResult {
@@ -47,6 +49,7 @@ class Process {
                                   int input, int terminal) const;
     void DrainTerminal();
 
+    bool m_asNobody;
     pid_t m_pid = -1;
     int m_input = -1;
     int m_terminal = -1;  // our end of the terminal, or -1
