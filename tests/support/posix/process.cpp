@@ -63,6 +63,11 @@ void GiveUpRoot() {
         testing::TestPartResult(testing::TestPartResult::kSkip, __FILE__, __LINE__, why));
 }
 
+// As a terminal would start it, whatever the test itself was told to ignore.
+void HearSignals() {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) ::signal(signal, SIG_DFL);
+}
+
 void LimitFileSize(long bytes) {
     const rlimit limit{static_cast<rlim_t>(bytes), static_cast<rlim_t>(bytes)};
     if (setrlimit(RLIMIT_FSIZE, &limit) != 0) _exit(kNotStarted);
@@ -90,7 +95,7 @@ void Process::BecomeChild(const std::vector<std::string>& command, const Process
     dup2(input, STDIN_FILENO);
     dup2(fileno(m_out), STDOUT_FILENO);
     dup2(terminal >= 0 ? terminal : fileno(m_err), STDERR_FILENO);
-    ::signal(SIGPIPE, SIG_DFL);
+    HearSignals();
     for (const auto& [name, value] : options.environment) setenv(name.c_str(), value.c_str(), 1);
     if (options.fileSizeLimit >= 0) LimitFileSize(options.fileSizeLimit);
     if (options.asNobody) GiveUpRoot();
