@@ -69,9 +69,13 @@ TEST(Manual, HiddenCommands_AreNotThere) {
 
 TEST(Manual, OtherMachine_SameText) {
     ProcessOptions elsewhere;
-    elsewhere.environment = {{"HOME", "/somewhere/else"}, {"QTRACE_DEVICE", ""},
-                             {"XDG_DATA_HOME", ""},       {"XDG_CONFIG_HOME", "/another/place"},
-                             {"TZ", "Asia/Kathmandu"},    {"COLUMNS", "40"}};
+    elsewhere.environment = {{"HOME", "/somewhere/else"},
+                             {"QTRACE_DEVICE", ""},
+                             {"XDG_DATA_HOME", ""},
+                             {"XDG_CONFIG_HOME", "/another/place"},
+                             {"QTRACE_CONFIG", ""},
+                             {"TZ", "Asia/Kathmandu"},
+                             {"COLUMNS", "40"}};
     ProcessOptions here;
     here.environment = {{"QTRACE_DEVICE", "/a/device"}, {"QTRACE_CONFIG", "/dev/null"}};
     const std::string manual = Qtrace({"print-manual"}, here).out;

@@ -11,7 +11,7 @@
 #include <vector>
 
 struct ProcessOptions {
-    std::map<std::string, std::string> environment;  // on top of the test's own
+    std::map<std::string, std::string> environment;  // on top of the test's own, without the user's settings
     // Without root's rights, where the test runs with them. Where nobody else may enter the program's folder,
     // the test is skipped.
     bool asNobody = false;

@@ -96,6 +96,7 @@ void Process::BecomeChild(const std::vector<std::string>& command, const Process
     dup2(fileno(m_out), STDOUT_FILENO);
     dup2(terminal >= 0 ? terminal : fileno(m_err), STDERR_FILENO);
     HearSignals();
+    setenv("QTRACE_CONFIG", "/dev/null", 1);  // the user's own settings would change what the program does
     for (const auto& [name, value] : options.environment) setenv(name.c_str(), value.c_str(), 1);
     if (options.fileSizeLimit >= 0) LimitFileSize(options.fileSizeLimit);
     if (options.asNobody) GiveUpRoot();
