@@ -103,7 +103,7 @@ TEST_F(RecordHealth, ModeTime_CountsOnlyWhatBecomesAPoint) {
 TEST_F(RecordHealth, StopWhileLoading_EndsCleanly) {
     ASSERT_EQ(Record({Log(Drive(5000)), "--save-as", "a"}).exitCode, 0);
     const fs::path track = SavedTracks()[0];
-    for (int i = 0; i < 400; ++i)
+    for (int i = 0; i < 4000; ++i)
         fs::create_hard_link(track, track.parent_path() / ("b" + std::to_string(i) + ".gpx"));
     const auto tracks = SavedTracks();
     const std::string ring = ReadFile(PointFile());
