@@ -110,14 +110,15 @@ bool Eventually(Condition holds) {
     return isHeld;
 }
 
-// Whether SIGTERM does not end the program any more, but is waited for.
+// Whether SIGTERM does not end the program any more, but is waited for. While it starts a thread, the program
+// blocks all signals for a moment, also those that it never waits for.
 inline bool WaitsForSignals(pid_t program) {
     std::ifstream status("/proc/" + std::to_string(program) + "/status");
     for (std::string line; std::getline(status, line);) {
         std::uint64_t blocked = 0;
         if (!line.starts_with("SigBlk:\t")) continue;
         std::from_chars(line.data() + 8, line.data() + line.size(), blocked, 16);
-        return (blocked >> (SIGTERM - 1) & 1) != 0;
+        return (blocked >> (SIGTERM - 1) & 1) != 0 && (blocked >> (SIGUSR1 - 1) & 1) == 0;
     }
     return false;
 }
