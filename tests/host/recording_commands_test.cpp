@@ -100,7 +100,7 @@ TEST_F(Ring, OutputThatCannotBeWritten_IsCode1) {
 }
 
 TEST_F(Ring, RunningRecorder_IsNamedAndNotDisturbed) {
-    Process recorder(Command("record", {"-", "--no-save"}));
+    Process recorder(Command("record", {"-", "--no-save", "--write-after", "3600"}));
     recorder.Write(Run("simulate", {"--duration", "5m"}).out);
     nlohmann::json json;
     for (int i = 0; i < 500 && !(json.is_object() && json.at("good") == 240); ++i) {
