@@ -14,18 +14,20 @@ namespace fs = std::filesystem;
 namespace host {
 namespace {
 
-// The receiver's end of a line. As long as it lives, the device is there.
+// The receiver's end of a line. As long as it lives, the device is there; not longer, as the next to open a
+// terminal may get its number.
 class Line {
  public:
-    explicit Line(const fs::path& device) : m_end(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+    explicit Line(const fs::path& device)
+        : m_device(device), m_end(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC)) {
         EXPECT_EQ(grantpt(m_end), 0);
         EXPECT_EQ(unlockpt(m_end), 0);
         m_name = ptsname(m_end);
         m_observer = open(m_name.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);  // keeps the settings between users
-        fs::remove(device);
         fs::create_symlink(m_name, device);
     }
     ~Line() {
+        fs::remove(m_device);
         close(m_observer);
         close(m_end);
     }
@@ -52,6 +54,7 @@ class Line {
     bool IsRaw() const { return (Settings().c_lflag & (ICANON | ECHO)) == 0; }
 
  private:
+    fs::path m_device;
     int m_end, m_observer = -1;
     std::string m_name;
 };
