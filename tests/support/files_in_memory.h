@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <system_error>
 
 #include "tests/support/machine.h"
@@ -12,11 +13,21 @@ class FilesInMemory {
  protected:
     FilesInMemory() {
         std::error_code missing;
-        if (std::filesystem::is_directory(kMemory, missing))
-            m_variable.emplace(kTemporaryFolderVariable, kMemory);
+        if (!std::filesystem::is_directory(kMemory, missing)) return;
+        m_variable.emplace(kTemporaryFolderVariable, kMemory);
+        if (!IsAnythingMade()) m_variable.reset();
     }
 
  private:
+    static bool IsAnythingMade() {
+        try {
+            RemoveFolder(MakeTemporaryFolder());
+            return true;
+        } catch (const std::runtime_error&) {
+            return false;  // the folder is there and closed, or full
+        }
+    }
+
     static constexpr const char* kMemory = "/dev/shm";
 
     std::optional<EnvironmentVariable> m_variable;
