@@ -36,6 +36,10 @@ std::filesystem::path ExecutableOnDisk();
 // Whether the system runs that once more; not where an emulator is needed that it does not know of.
 bool CanRunItself();
 
+// Whether files can change places in one step in the folder for temporary files. Where they cannot, somebody
+// who comes between the last look at a file and its renaming is overwritten.
+bool FilesCanChangePlaces();
+
 // Of the calling thread: the higher, the later its turn.
 int NicenessOfThisThread();
 extern const int kGreatestNiceness;

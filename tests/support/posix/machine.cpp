@@ -84,6 +84,15 @@ bool CanRunItself() {
 
 bool RunsUnderWine() { return false; }
 
+bool FilesCanChangePlaces() {
+    const fs::path folder = MakeTemporaryFolder();
+    const fs::path a = folder / "a", b = folder / "b";
+    for (const fs::path& file : {a, b}) close(open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600));
+    const bool can = renameat2(AT_FDCWD, a.c_str(), AT_FDCWD, b.c_str(), RENAME_EXCHANGE) == 0;
+    RemoveFolder(folder);
+    return can;
+}
+
 fs::path ExecutableOnDisk() { return fs::read_symlink("/proc/self/exe"); }
 
 void SetEnvironment(const char* name, const std::string& value) { setenv(name, value.c_str(), 1); }

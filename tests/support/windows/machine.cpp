@@ -104,6 +104,8 @@ void RunOnSmallStack(const std::function<void()>& work) {
 
 bool CanRunItself() { return true; }
 
+bool FilesCanChangePlaces() { return true; }
+
 bool RunsUnderWine() { return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
 
 fs::path ExecutableOnDisk() {
