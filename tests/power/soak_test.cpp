@@ -1,5 +1,6 @@
 // A long life: fixes with pauses, a ring that turns again and again, saves, and restarts, under limits of
 // memory and files. QTRACE_SOAK_FIXES says how many fixes; scripts/soak runs ten million.
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -31,6 +32,7 @@ class Soak : FilesInMemory, public DeviceTest {
         std::filesystem::create_directories(OnDisk("\\App"));
         Limit(RLIMIT_NOFILE, kMostFiles);
         Limit(RLIMIT_AS, kMostMemory);
+        prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0);  // the system would round what is used up to huge pages
     }
     ~Soak() override { delete CTrackMan::Instance(); }
 
