@@ -271,6 +271,20 @@ TEST_F(LoadingThread, EndOfTheProgramDuringALoad_WaitsForIt) {
     EXPECT_EQ(Library().GetCnt(), static_cast<unsigned long>(kMany));
 }
 
+// It is given up after a while. What it touches later is nobody's any more: the sanitizers look at that.
+TEST_F(LoadingThread, ThatOutlivesTheManager_ChangesNothing) {
+    Store("walk");
+    const auto before = RunningThreads();
+    Library().SetLoadTrackToMapCallFun(Map::OnLoadedAndHold);
+    Library().LoadData();
+    Map::entered.Pass();
+    Restart();
+    Map::mayLeave.Open();
+    EXPECT_TRUE(AreThreadsGone(before)) << RunningThreads() << " of " << before;
+    EXPECT_TRUE(Library().IsLoadingDataToMap());
+    EXPECT_EQ(Library().GetCnt(), 0u);
+}
+
 TEST_F(LoadingThread, InitDuringALoad_EndsIt) {
     StoreMany();
     Library().LoadData();
