@@ -117,7 +117,11 @@ class ReferenceWriter {
         return text;
     }
     static std::string Integer(int value) { return Formatted("%d", value); }
-    static std::string Real(double value) { return Formatted("%f", value); }
+    static std::string Real(double value) {
+        if (std::isnan(value))
+            return std::signbit(value) ? "-nan" : "nan";  // not every C library shows the sign
+        return Formatted("%f", value);
+    }
     static std::string Time(long seconds) {
         SYSTEMTIME time{};
         TimetToSystemTime(seconds, &time);
