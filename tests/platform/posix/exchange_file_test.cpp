@@ -1,8 +1,12 @@
 // A file that may be written in a folder that may not, and one that is saved at the same time.
+#include <fstream>
+#include <set>
+
 #include <gtest/gtest.h>
 
 #include "tests/platform/exchange_file_fixture.h"
 #include "tests/platform/file_names_fixture.h"
+#include "tests/platform/posix/changing_places.h"
 #include "tests/support/machine.h"
 #include "tests/support/meanwhile.h"
 #include "tests/support/posix/ordinary_user.h"
@@ -32,6 +36,28 @@ TEST_F(ExchangeFile, FileSavedWhileItIsExchanged_StaysAsItWasSaved) {
         [] { EXPECT_TRUE(platform::ReplaceFileContent(L"\\Track\\a.gpx", "saved")); });
     EXPECT_TRUE(BytesOf("\\Track\\a.gpx") == "saved") << "the content exchanged for is there";
     EXPECT_EQ(FilesIn("\\Track"), 1u);
+}
+
+// Between the last look and the exchange somebody saves the file, and then the storage fails.
+TEST_F(ExchangeFile, FileSavedMeanwhileThatCannotGoBack_IsKeptBeside) {
+    if (!FilesCanChangePlaces()) GTEST_SKIP() << "files cannot change places here";
+    Write("\\Track\\a.gpx", "old");
+    const platform::FileState read = Read();
+    static int calls;
+    static std::filesystem::path file;
+    calls = 0;
+    file = OnDisk("\\Track\\a.gpx");
+    g_pMayChangePlaces = [] {
+        if (++calls == 1) std::ofstream(file) << "saved";
+        return calls == 1;
+    };
+    EXPECT_FALSE(Exchange(read, "new"));
+    g_pMayChangePlaces = nullptr;
+    EXPECT_EQ(calls, 2);
+    std::set<std::string> contents;
+    for (const auto& entry : std::filesystem::directory_iterator(OnDisk("\\Track")))
+        contents.insert(ReadFile(entry.path()));
+    EXPECT_EQ(contents, (std::set<std::string>{"new", "saved"}));
 }
 
 // There the look before the exchange is all there is.

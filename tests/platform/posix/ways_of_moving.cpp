@@ -2,10 +2,12 @@
 // looking first.
 #include <errno.h>
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include "tests/platform/file_names_fixture.h"
+#include "tests/platform/posix/changing_places.h"
 
 namespace {
 
@@ -20,11 +22,15 @@ void Take() {
 
 }  // namespace
 
+bool (*g_pMayChangePlaces)() = nullptr;
+
 // The program's own definitions come before the C library's: so they stand for older kernels and simpler file
 // systems.
 extern "C" int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
                          unsigned flags) noexcept {
     if (!s_bKnowsNoReplace) return errno = EINVAL, -1;
+    if (flags == RENAME_EXCHANGE && g_pMayChangePlaces != nullptr && !g_pMayChangePlaces())
+        return errno = EIO, -1;
     return static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, flags));
 }
 
